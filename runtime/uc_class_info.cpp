@@ -1,0 +1,66 @@
+// UserControl's class information and connection points: the coclass and its event
+// interface for containers that wire events, and the two points they advise on.
+#include "runtime/guarded.h"
+#include "runtime/user_control.h"
+
+namespace tarn {
+
+STDMETHODIMP UserControl::GetClassInfo(ITypeInfo **info)
+{
+    if (!info) return E_POINTER;
+    *info = nullptr;
+    ComPtr<ITypeLib> lib;
+    HRESULT hr = module::type_library(lib.put());
+    return FAILED(hr) ? hr : lib->GetTypeInfoOfGuid(*class_.clsid, info);
+}
+
+STDMETHODIMP UserControl::GetGUID(DWORD kind, GUID *guid)
+{
+    if (!guid) return E_POINTER;
+    if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID || !class_.events) {
+        *guid = GUID_NULL;
+        return E_INVALIDARG;
+    }
+    *guid = *class_.events;
+    return S_OK;
+}
+
+STDMETHODIMP UserControl::EnumConnectionPoints(IEnumConnectionPoints **points)
+{
+    if (!points) return E_POINTER;
+    *points = nullptr;
+    return guarded([&] {
+        std::vector<IConnectionPoint *> list;
+        if (class_.events) list.push_back(&events_cp_);
+        list.push_back(&notify_cp_);
+        *points = NewConnectionPointEnumerator(identity(), list);
+        return *points ? S_OK : E_OUTOFMEMORY;
+    });
+}
+
+STDMETHODIMP UserControl::FindConnectionPoint(REFIID iid, IConnectionPoint **point)
+{
+    if (!point) return E_POINTER;
+    *point = nullptr;
+    if (class_.events && iid == *class_.events) *point = &events_cp_;
+    else if (iid == IID_IPropertyNotifySink) *point = &notify_cp_;
+    else return CONNECT_E_NOCONNECTION;
+    (*point)->AddRef();
+    return S_OK;
+}
+
+HRESULT MapInvokeResult(HRESULT hr, VARIANT *result)
+{
+    switch (hr) {
+    case DISP_E_TYPEMISMATCH:
+    case DISP_E_OVERFLOW:
+    case DISP_E_BADVARTYPE:
+        // An argument that cannot become the member's type: the call is skipped.
+        if (result) VariantInit(result);
+        return S_OK;
+    default:
+        return hr;
+    }
+}
+
+} // namespace tarn

@@ -1,0 +1,325 @@
+// UserControl: the base of every control in the library. It implements the ActiveX contract a
+// container uses (OLE object, in-place activation with a window of its own, drawing into any DC,
+// three persistence forms sharing one property bag, connection points, class information) and
+// turns it into the host events a control handles:
+//
+//   Initialize                      after construction (Create<T>)
+//   InitProperties | ReadProperties a new instance | one restored from a saved form
+//   Resize, Paint                   sizing and drawing (Paint runs Resize unless a control says)
+//   Click, DblClick, Mouse*, Key*   input on the control's own surface
+//   WriteProperties                 saving
+//   Terminate                       before the object goes
+//
+// Every entry point a host can reach runs under the resume-next trap: a failing step is
+// skipped and no failure or exception reaches the host.
+//
+// A control derives through ControlImpl<Self, Interface> (control_impl.h), which adds IUnknown
+// and IDispatch over its dual interface from the type library.
+#pragma once
+#include <windows.h>
+#include <ocidl.h>
+#include <olectl.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/colors.h"
+#include "foundation/trap.h"
+#include "runtime/ambient.h"
+#include "runtime/com.h"
+#include "runtime/connection_points.h"
+#include "runtime/constituents.h"
+#include "runtime/events.h"
+#include "runtime/module.h"
+#include "runtime/property_bag.h"
+#include "runtime/units.h"
+
+namespace tarn {
+
+// What the server needs to know of a control class to create and register it.
+struct ControlClass {
+    const wchar_t *name;        // "cframe": ProgIDs TarnControls.cframe and TarnControls.cframe.1
+    const wchar_t *description; // the class's display name
+    const CLSID *clsid;
+    const IID *iid;    // the control's dual interface
+    const IID *events; // its event dispinterface (null when it raises none)
+    DWORD misc_status; // OLEMISC_* flags
+    HRESULT (*create)(REFIID iid, void **out);
+};
+
+// Mouse buttons and shift state as the events carry them.
+namespace mouse {
+constexpr int16_t Left = 1, Right = 2, Middle = 4;
+}
+namespace shift {
+constexpr int16_t Shift = 1, Ctrl = 2, Alt = 4;
+}
+// The events every control that offers them numbers the same way.
+namespace events {
+constexpr DISPID Click = 1, DblClick = 2, MouseDown = 3, MouseMove = 4, MouseUp = 5;
+}
+
+class UserControl : public IOleObject,
+                    public IOleInPlaceObject,
+                    public IOleInPlaceActiveObject,
+                    public IOleControl,
+                    public IViewObject2,
+                    public IPersistStreamInit,
+                    public IPersistPropertyBag,
+                    public IPersistStorage,
+                    public IProvideClassInfo2,
+                    public IConnectionPointContainer,
+                    public IQuickActivate {
+public:
+    const ControlClass &Class() const { return class_; }
+
+    // ---- IOleObject
+    STDMETHODIMP SetClientSite(IOleClientSite *site) override;
+    STDMETHODIMP GetClientSite(IOleClientSite **site) override;
+    STDMETHODIMP SetHostNames(LPCOLESTR app, LPCOLESTR obj) override;
+    STDMETHODIMP Close(DWORD save) override;
+    STDMETHODIMP SetMoniker(DWORD which, IMoniker *mk) override;
+    STDMETHODIMP GetMoniker(DWORD assign, DWORD which, IMoniker **mk) override;
+    STDMETHODIMP InitFromData(IDataObject *data, BOOL creation, DWORD reserved) override;
+    STDMETHODIMP GetClipboardData(DWORD reserved, IDataObject **data) override;
+    STDMETHODIMP DoVerb(LONG verb, LPMSG msg, IOleClientSite *site, LONG index, HWND parent, LPCRECT pos) override;
+    STDMETHODIMP EnumVerbs(IEnumOLEVERB **verbs) override;
+    STDMETHODIMP Update() override;
+    STDMETHODIMP IsUpToDate() override;
+    STDMETHODIMP GetUserClassID(CLSID *clsid) override;
+    STDMETHODIMP GetUserType(DWORD form, LPOLESTR *name) override;
+    STDMETHODIMP SetExtent(DWORD aspect, SIZEL *size) override;
+    STDMETHODIMP GetExtent(DWORD aspect, SIZEL *size) override;
+    STDMETHODIMP Advise(IAdviseSink *sink, DWORD *cookie) override;
+    STDMETHODIMP Unadvise(DWORD cookie) override;
+    STDMETHODIMP EnumAdvise(IEnumSTATDATA **advise) override;
+    STDMETHODIMP GetMiscStatus(DWORD aspect, DWORD *status) override;
+    STDMETHODIMP SetColorScheme(LOGPALETTE *pal) override;
+
+    // ---- IOleWindow, IOleInPlaceObject, IOleInPlaceActiveObject
+    STDMETHODIMP GetWindow(HWND *hwnd) override;
+    STDMETHODIMP ContextSensitiveHelp(BOOL enter) override;
+    STDMETHODIMP InPlaceDeactivate() override;
+    STDMETHODIMP UIDeactivate() override;
+    STDMETHODIMP SetObjectRects(LPCRECT pos, LPCRECT clip) override;
+    STDMETHODIMP ReactivateAndUndo() override;
+    STDMETHODIMP TranslateAccelerator(LPMSG msg) override;
+    STDMETHODIMP OnFrameWindowActivate(BOOL activate) override;
+    STDMETHODIMP OnDocWindowActivate(BOOL activate) override;
+    STDMETHODIMP ResizeBorder(LPCRECT border, IOleInPlaceUIWindow *window, BOOL frame) override;
+    STDMETHODIMP EnableModeless(BOOL enable) override;
+
+    // ---- IOleControl
+    STDMETHODIMP GetControlInfo(CONTROLINFO *info) override;
+    STDMETHODIMP OnMnemonic(MSG *msg) override;
+    STDMETHODIMP OnAmbientPropertyChange(DISPID id) override;
+    STDMETHODIMP FreezeEvents(BOOL freeze) override;
+
+    // ---- IViewObject2
+    STDMETHODIMP Draw(DWORD aspect, LONG index, void *aspect_info, DVTARGETDEVICE *target, HDC target_dc, HDC dc,
+                      LPCRECTL bounds, LPCRECTL wbounds, BOOL(STDMETHODCALLTYPE *cont)(ULONG_PTR),
+                      ULONG_PTR cont_arg) override;
+    STDMETHODIMP GetColorSet(DWORD aspect, LONG index, void *aspect_info, DVTARGETDEVICE *target, HDC target_dc,
+                             LOGPALETTE **colors) override;
+    STDMETHODIMP Freeze(DWORD aspect, LONG index, void *aspect_info, DWORD *cookie) override;
+    STDMETHODIMP Unfreeze(DWORD cookie) override;
+    STDMETHODIMP SetAdvise(DWORD aspects, DWORD flags, IAdviseSink *sink) override;
+    STDMETHODIMP GetAdvise(DWORD *aspects, DWORD *flags, IAdviseSink **sink) override;
+    STDMETHODIMP GetExtent(DWORD aspect, LONG index, DVTARGETDEVICE *target, LPSIZEL size) override;
+
+    // ---- IPersist, IPersistStreamInit, IPersistPropertyBag, IPersistStorage
+    STDMETHODIMP GetClassID(CLSID *clsid) override;
+    STDMETHODIMP IsDirty() override;
+    STDMETHODIMP Load(IStream *stream) override;
+    STDMETHODIMP Save(IStream *stream, BOOL clear_dirty) override;
+    STDMETHODIMP GetSizeMax(ULARGE_INTEGER *size) override;
+    STDMETHODIMP InitNew() override;
+    STDMETHODIMP Load(IPropertyBag *bag, IErrorLog *log) override;
+    STDMETHODIMP Save(IPropertyBag *bag, BOOL clear_dirty, BOOL save_all) override;
+    STDMETHODIMP InitNew(IStorage *storage) override;
+    STDMETHODIMP Load(IStorage *storage) override;
+    STDMETHODIMP Save(IStorage *storage, BOOL same_as_load) override;
+    STDMETHODIMP SaveCompleted(IStorage *storage) override;
+    STDMETHODIMP HandsOffStorage() override;
+
+    // ---- IProvideClassInfo2
+    STDMETHODIMP GetClassInfo(ITypeInfo **info) override;
+    STDMETHODIMP GetGUID(DWORD kind, GUID *guid) override;
+
+    // ---- IConnectionPointContainer
+    STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints **points) override;
+    STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint **point) override;
+
+    // ---- IQuickActivate
+    STDMETHODIMP QuickActivate(QACONTAINER *container, QACONTROL *control) override;
+    STDMETHODIMP SetContentExtent(LPSIZEL size) override;
+    STDMETHODIMP GetContentExtent(LPSIZEL size) override;
+
+protected:
+    explicit UserControl(const ControlClass &cls);
+    virtual ~UserControl();
+
+    // The interfaces UserControl answers (all but IUnknown and IDispatch, which ControlImpl adds).
+    void *find_interface(REFIID iid);
+    // The identity IUnknown of the object.
+    IUnknown *identity() { return static_cast<IOleObject *>(this); }
+    // Last release: deactivate, Terminate, disconnect; the caller deletes.
+    void final_release();
+    // Run after construction by Create<T>.
+    void initialize();
+
+    // ---- host events, overridden by the controls
+    virtual void Initialize() {}
+    virtual void InitProperties() {}
+    virtual void ReadProperties(PropertyBag &bag) {}
+    virtual void WriteProperties(PropertyBag &bag) {}
+    virtual void Resize() {}
+    virtual void Paint() { Resize(); }
+    virtual void Click() {}
+    virtual void DblClick() {}
+    virtual void MouseDown(int16_t button, int16_t shift, float x, float y) {}
+    virtual void MouseMove(int16_t button, int16_t shift, float x, float y) {}
+    virtual void MouseUp(int16_t button, int16_t shift, float x, float y) {}
+    virtual void KeyDown(int16_t &key_code, int16_t shift) {}
+    virtual void KeyPress(int16_t &key_ascii) {}
+    virtual void KeyUp(int16_t &key_code, int16_t shift) {}
+    virtual void GotFocus() {}
+    virtual void LostFocus() {}
+    virtual void Show() {}
+    virtual void Hide() {}
+    virtual void AmbientChanged(DISPID id) {}
+    virtual void Terminate() {}
+    // Owner drawing on the surface, after the background and before the constituents.
+    virtual void DrawSurface(HDC dc, const Scale &scale) {}
+    // Messages beyond the ones the runtime handles (WM_GETOBJECT, timers...).
+    virtual LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
+    {
+        handled = false;
+        return 0;
+    }
+    // Which keys the control wants from dialog navigation (WM_GETDLGCODE).
+    virtual UINT DialogCode() const { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
+
+    // ---- services for the controls
+    // Tells the container a property changed (IPropertyNotifySink::OnChanged with the DISPID of
+    // the member named `key`, or DISPID_UNKNOWN) and marks the control dirty.
+    void PropertyChanged(const std::wstring &key);
+    // Raises event `id` to every advised sink (nothing while the container froze events).
+    void raise(DISPID id, EventArgs &args);
+    void raise(DISPID id, EventArgs &&args) { raise(id, args); }
+    void raise(DISPID id) { raise(id, EventArgs()); }
+    void raise_mouse(DISPID id, int16_t button, int16_t shift, float x, float y)
+    {
+        raise(id, EventArgs().val(button).val(shift).val(x).val(y));
+    }
+    AmbientProperties &Ambient() { return ambient_; }
+
+    // Property bodies for the dual interface: a read whose step fails yields the type's empty
+    // value; a write runs its step, then tells the container, whatever the step did.
+    template <class T, class F> HRESULT get_value(T *out, F &&read) noexcept
+    {
+        if (!out) return E_POINTER;
+        *out = read_step<T>(read, T());
+        return S_OK;
+    }
+    template <class F> HRESULT get_string(BSTR *out, F &&read) noexcept
+    {
+        if (!out) return E_POINTER;
+        *out = to_bstr(read_step<std::wstring>(read));
+        return S_OK;
+    }
+    template <class I, class F> HRESULT get_object(I **out, F &&read) noexcept
+    {
+        if (!out) return E_POINTER;
+        *out = read_step<ComPtr<I>>(read).detach();
+        return S_OK;
+    }
+    template <class F> HRESULT put_value(const wchar_t *key, F &&write) noexcept
+    {
+        step(write);
+        step([&] { PropertyChanged(key); });
+        return S_OK;
+    }
+
+    // Windowless constituents, drawn in the order added (later ones on top).
+    void add_constituent(Constituent &c) { constituents_.push_back(&c); }
+
+    // The surface's own colours (drawn by the runtime as the background).
+    OleColor BackColor() const { return back_color_; }
+    void SetBackColor(OleColor c);
+    OleColor ForeColor() const { return fore_color_; }
+    void SetForeColor(OleColor c) { fore_color_ = c; }
+
+    HWND hWnd() const { return hwnd_; }
+    // The inner size, in twips and in pixels.
+    float ScaleWidth() const { return to_twips_x(size_.cx, scale()); }
+    float ScaleHeight() const { return to_twips_y(size_.cy, scale()); }
+    int PixelWidth() const { return size_.cx; }
+    int PixelHeight() const { return size_.cy; }
+    Scale scale() const;
+    // The control asks for a new size (twips): the container is told and the control resized.
+    void SetSizeTwips(float width, float height);
+    // The size a new instance starts with, before any container sizes it (no events).
+    void SetDesignSize(float width_twips, float height_twips);
+    // Repaint the whole surface now (with a window) or tell the container the view changed.
+    void Refresh();
+    void Invalidate();
+    bool UserMode() const { return ambient_.UserMode(); }
+    bool is_in_place() const { return in_place_; }
+
+    // Draws the whole surface into `dc` at the origin: background, owner drawing, constituents.
+    void render(HDC dc);
+
+private:
+    static const wchar_t *window_class();
+    static LRESULT CALLBACK window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp);
+    LRESULT on_message(UINT msg, WPARAM wp, LPARAM lp);
+    void on_paint();
+    void on_mouse(UINT msg, WPARAM wp, LPARAM lp);
+    void on_focus(bool gained);
+    HRESULT activate(LONG verb, HWND parent_hint, LPCRECT pos_hint);
+    HRESULT ui_activate();
+    void set_size_px(int cx, int cy, bool from_host);
+    void run_resize();
+    void view_changed();
+    void load_from_bag(PropertyBag &bag);
+    void init_new();
+    Constituent *mouse_target_at(float x, float y) const;
+
+    const ControlClass &class_;
+    module::ObjectCount count_;
+
+    ComPtr<IOleClientSite> site_;
+    ComPtr<IOleInPlaceSite> inplace_site_;
+    ComPtr<IOleAdviseHolder> advise_holder_;
+    ComPtr<IAdviseSink> view_sink_;
+    DWORD view_aspects_ = 0, view_flags_ = 0;
+    AmbientProperties ambient_;
+    ConnectionPoint events_cp_;
+    ConnectionPoint notify_cp_;
+
+    HWND hwnd_ = nullptr;
+    bool in_place_ = false;
+    bool ui_active_ = false;
+    bool initialized_ = false; // InitNew or Load ran
+    bool dirty_ = false;
+    int freeze_count_ = 0;
+    int resize_depth_ = 0;
+    SIZE size_{0, 0}; // pixels
+
+    OleColor back_color_ = syscolor::ButtonFace;
+    OleColor fore_color_ = syscolor::ButtonText;
+    std::vector<Constituent *> constituents_;
+
+    // Mouse state: where the current press went, and the second press of a double click.
+    Constituent *press_target_ = nullptr;
+    bool press_on_surface_ = false;
+    int16_t buttons_down_ = 0;
+    bool double_click_ = false;
+};
+
+// Removes the control window class when the DLL unloads.
+void UnregisterControlWindowClass();
+
+} // namespace tarn

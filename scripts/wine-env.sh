@@ -1,0 +1,36 @@
+# Sourced by the scripts: the Wine settings that keep runs fast, quiet and deterministic.
+# A private prefix inside build/, the null display driver (real windows, GDI and messages
+# without an X server), no Mono/Gecko prompts, no menu integration, crashes fail instead
+# of hanging in the debugger.
+tarn_root=${tarn_root:-$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)}
+export WINEPREFIX=${TARN_WINEPREFIX:-$tarn_root/build/wine}
+export WINEDEBUG=${WINEDEBUG:--all}
+export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+export WINEARCH=win64
+WINE64=/usr/lib/wine/wine64
+WINE32=/usr/lib/wine/wine
+WINESERVER=/usr/lib/wine/wineserver
+
+# Unix path -> Z:\ path for Wine programs.
+winpath() { local p; p=$(readlink -f "$1"); echo "Z:${p//\//\\}"; }
+
+# Creates and configures the prefix once; later calls return at once.
+tarn_wine_prefix() {
+    [ -f "$WINEPREFIX/.tarn-ready" ] && return 0
+    mkdir -p "$(dirname "$WINEPREFIX")"
+    (
+        flock 9
+        [ -f "$WINEPREFIX/.tarn-ready" ] && exit 0
+        local display=${DISPLAY-}
+        unset DISPLAY
+        $WINE64 wineboot -i >/dev/null 2>&1
+        $WINESERVER -w
+        $WINE64 reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
+        $WINE64 reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Auto /d 0 /f >/dev/null 2>&1
+        $WINE64 reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /d '' /f >/dev/null 2>&1
+        # Wine's own Tahoma and MS Sans Serif are found only from the prefix's font folder.
+        cp /usr/share/wine/fonts/* "$WINEPREFIX/drive_c/windows/Fonts/" 2>/dev/null
+        $WINESERVER -k 2>/dev/null; $WINESERVER -w
+        touch "$WINEPREFIX/.tarn-ready"
+    ) 9>"$WINEPREFIX.lock"
+}

@@ -1,0 +1,23 @@
+#include "server/classes.h"
+
+#include "frames/cframe.h"
+#include "server/resource.h"
+
+namespace tarn {
+
+namespace {
+const ServerClass kClasses[] = {
+    {&cframe::Class, IDB_TOOLBOX_CFRAME},
+};
+} // namespace
+
+std::span<const ServerClass> ServerClasses() { return kClasses; }
+
+const ControlClass *FindControlClass(REFCLSID clsid)
+{
+    for (const ServerClass &c : kClasses)
+        if (*c.control->clsid == clsid) return c.control;
+    return nullptr;
+}
+
+} // namespace tarn

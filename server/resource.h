@@ -1,0 +1,4 @@
+// Resource ids of tarnctls.dll.
+#pragma once
+
+#define IDB_TOOLBOX_CFRAME 101

@@ -1,0 +1,60 @@
+#!/usr/bin/env python3
+"""Writes the 16 x 15 toolbox bitmaps of server/bitmaps from the pictures below.
+
+Run it after adding or changing a picture; the .bmp files are committed, so builds need no
+Python. Each picture is 15 rows of 16 characters; the letters name colours (silver is the
+transparent key colour hosts use for toolbox bitmaps)."""
+import os
+import struct
+
+COLOURS = {
+    '.': (192, 192, 192),  # background
+    'w': (255, 255, 255),
+    'k': (0, 0, 0),
+    'g': (128, 128, 128),
+    'd': (64, 64, 64),
+    'b': (0, 0, 128),
+    'B': (0, 0, 255),
+    'r': (192, 0, 0),
+    'y': (255, 255, 0),
+}
+
+PICTURES = {
+    'cframe': [
+        '................',
+        '.wwwwwwwwwwwwwk.',
+        '.wgggggggggggdk.',
+        '.wg..kkkk....dk.',
+        '.wg..........dk.',
+        '.wg..........dk.',
+        '.wg..........dk.',
+        '.wg..........dk.',
+        '.wg..........dk.',
+        '.wg..........dk.',
+        '.wg..........dk.',
+        '.wg..........dk.',
+        '.wdddddddddddddk',
+        '.kkkkkkkkkkkkkkk',
+        '................',
+    ],
+}
+
+
+def write_bmp(path, rows):
+    width, height = 16, 15
+    stride = (width * 3 + 3) & ~3
+    pixels = b''
+    for row in reversed(rows):
+        line = b''.join(bytes(reversed(COLOURS[c])) for c in row)
+        pixels += line + b'\0' * (stride - len(line))
+    header = struct.pack('<IiiHHIIiiII', 40, width, height, 1, 24, 0, len(pixels), 2835, 2835, 0, 0)
+    file_header = struct.pack('<2sIHHI', b'BM', 14 + len(header) + len(pixels), 0, 0, 14 + len(header))
+    with open(path, 'wb') as f:
+        f.write(file_header + header + pixels)
+
+
+if __name__ == '__main__':
+    out = os.path.join(os.path.dirname(os.path.abspath(__file__)), '..', 'server', 'bitmaps')
+    for name, rows in PICTURES.items():
+        assert len(rows) == 15 and all(len(r) == 16 for r in rows), name
+        write_bmp(os.path.join(out, name + '.bmp'), rows)
