@@ -52,6 +52,8 @@ protected:
     void MouseDown(int16_t button, int16_t shift, float x, float y) override;
     void MouseMove(int16_t button, int16_t shift, float x, float y) override;
     void MouseUp(int16_t button, int16_t shift, float x, float y) override;
+    // A frame decorates a form: it never takes the focus.
+    bool CanGetFocus() const override { return false; }
 
 private:
     HRESULT put_color(Line &line, OLE_COLOR value, const wchar_t *key, bool visibility_rule);

@@ -102,7 +102,8 @@ HRESULT UserControl::activate(LONG verb, HWND parent_hint, LPCRECT pos_hint)
         inplace_site_->GetWindowContext(frame.put(), doc.put(), &pos, &clip, &info);
         if (info.haccel) DestroyAcceleratorTable(info.haccel);
         int w = pos.right - pos.left, h = pos.bottom - pos.top;
-        hwnd_ = CreateWindowExW(0, window_class(), L"", WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_TABSTOP,
+        DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | (CanGetFocus() ? WS_TABSTOP : 0);
+        hwnd_ = CreateWindowExW(0, window_class(), L"", style,
                                 pos.left, pos.top, w > 0 ? w : 0, h > 0 ? h : 0, parent, nullptr, module::instance(),
                                 this);
         if (!hwnd_) {
@@ -117,7 +118,7 @@ HRESULT UserControl::activate(LONG verb, HWND parent_hint, LPCRECT pos_hint)
         ShowWindow(hwnd_, SW_SHOWNA);
         step([&] { Show(); });
     }
-    if (verb == OLEIVERB_UIACTIVATE || verb == OLEIVERB_PRIMARY) {
+    if ((verb == OLEIVERB_UIACTIVATE || verb == OLEIVERB_PRIMARY) && CanGetFocus()) {
         HRESULT hr = ui_activate();
         if (hwnd_ && GetFocus() != hwnd_) SetFocus(hwnd_);
         return hr;

@@ -317,6 +317,7 @@ LRESULT UserControl::on_message(UINT msg, WPARAM wp, LPARAM lp)
         return 0;
     case WM_MOUSEACTIVATE:
         // A click on an inactive control activates it without swallowing the click.
+        if (!CanGetFocus()) return MA_NOACTIVATE;
         if (!ui_active_) step([&] { ui_activate(); });
         return MA_ACTIVATE;
     default:
@@ -362,7 +363,7 @@ void UserControl::on_mouse(UINT msg, WPARAM wp, LPARAM lp)
             SetCapture(hwnd_);
         }
         buttons_down_ |= button;
-        if (GetFocus() != hwnd_ && UserMode()) SetFocus(hwnd_);
+        if (CanGetFocus() && GetFocus() != hwnd_ && UserMode()) SetFocus(hwnd_);
     }
     Constituent *target = buttons_down_ ? press_target_ : mouse_target_at(x, y);
     bool on_surface = buttons_down_ ? press_on_surface_ : target == nullptr;

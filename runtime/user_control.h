@@ -200,6 +200,8 @@ protected:
     }
     // Which keys the control wants from dialog navigation (WM_GETDLGCODE).
     virtual UINT DialogCode() const { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
+    // Whether the control takes the focus (a click activates it, Tab stops on it).
+    virtual bool CanGetFocus() const { return true; }
 
     // ---- services for the controls
     // Tells the container a property changed (IPropertyNotifySink::OnChanged with the DISPID of

@@ -26,8 +26,15 @@ tarn_wine_prefix() {
         $WINE64 wineboot -i >/dev/null 2>&1
         $WINESERVER -w
         $WINE64 reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
-        $WINE64 reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Auto /d 0 /f >/dev/null 2>&1
-        $WINE64 reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /d '' /f >/dev/null 2>&1
+        # In both registry views: a 32-bit program that crashes reads the 32-bit one.
+        for view in 64 32; do
+            $WINE64 reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Auto /d 0 /f /reg:$view >/dev/null 2>&1
+            $WINE64 reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /d '' /f /reg:$view >/dev/null 2>&1
+        done
+        # A prefix for tests at another screen resolution (TARN_LOGPIXELS=144).
+        if [ -n "${TARN_LOGPIXELS:-}" ]; then
+            $WINE64 reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$TARN_LOGPIXELS" /f >/dev/null 2>&1
+        fi
         # Wine's own Tahoma and MS Sans Serif are found only from the prefix's font folder.
         cp /usr/share/wine/fonts/* "$WINEPREFIX/drive_c/windows/Fonts/" 2>/dev/null
         $WINESERVER -k 2>/dev/null; $WINESERVER -w

@@ -1,0 +1,133 @@
+// The container's side of one hosted control: its client site (with in-place and control site
+// and the ambient properties), the sinks for change notices and view changes, and the sink
+// for the control's events. Every call the control makes is entered in the CallLog.
+#pragma once
+#include <ocidl.h>
+#include <olectl.h>
+
+#include <string>
+
+#include "foundation/colors.h"
+#include "host/call_log.h"
+#include "runtime/change_key_sink.h"
+#include "runtime/com.h"
+
+namespace tarn::host {
+
+struct AmbientSettings {
+    bool supplied = true; // false: the site answers no ambient property at all
+    bool user_mode = true;
+    ComPtr<IFontDisp> font; // null: none offered
+    OleColor back_color = syscolor::ButtonFace;
+    OleColor fore_color = syscolor::ButtonText;
+    std::wstring display_name = L"Control1";
+};
+
+class Site final : public IOleClientSite,
+                   public IOleInPlaceSite,
+                   public IOleControlSite,
+                   public IDispatch,
+                   public IPropertyNotifySink,
+                   public ITarnChangeKeySink,
+                   public IAdviseSink {
+public:
+    Site(HWND window, IOleInPlaceFrame *frame, AmbientSettings &ambient, CallLog &log);
+
+    void set_control(IUnknown *control);
+    void set_position(const RECT &r) { pos_ = r; }
+    const RECT &position() const { return pos_; }
+    // Whether the site places the control where it asks (OnPosRectChange) or keeps its rectangle.
+    bool honour_position_requests = true;
+
+    // IUnknown
+    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override;
+    STDMETHODIMP_(ULONG) AddRef() override { return InterlockedIncrement(&refs_); }
+    STDMETHODIMP_(ULONG) Release() override;
+
+    // IOleClientSite
+    STDMETHODIMP SaveObject() override;
+    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker **mk) override;
+    STDMETHODIMP GetContainer(IOleContainer **c) override;
+    STDMETHODIMP ShowObject() override;
+    STDMETHODIMP OnShowWindow(BOOL) override;
+    STDMETHODIMP RequestNewObjectLayout() override;
+
+    // IOleWindow, IOleInPlaceSite
+    STDMETHODIMP GetWindow(HWND *hwnd) override;
+    STDMETHODIMP ContextSensitiveHelp(BOOL) override;
+    STDMETHODIMP CanInPlaceActivate() override;
+    STDMETHODIMP OnInPlaceActivate() override;
+    STDMETHODIMP OnUIActivate() override;
+    STDMETHODIMP GetWindowContext(IOleInPlaceFrame **frame, IOleInPlaceUIWindow **doc, LPRECT pos, LPRECT clip,
+                                  LPOLEINPLACEFRAMEINFO info) override;
+    STDMETHODIMP Scroll(SIZE) override;
+    STDMETHODIMP OnUIDeactivate(BOOL) override;
+    STDMETHODIMP OnInPlaceDeactivate() override;
+    STDMETHODIMP DiscardUndoState() override;
+    STDMETHODIMP DeactivateAndUndo() override;
+    STDMETHODIMP OnPosRectChange(LPCRECT pos) override;
+
+    // IOleControlSite
+    STDMETHODIMP OnControlInfoChanged() override;
+    STDMETHODIMP LockInPlaceActive(BOOL) override;
+    STDMETHODIMP GetExtendedControl(IDispatch **disp) override;
+    STDMETHODIMP TransformCoords(POINTL *himetric, POINTF *container, DWORD flags) override;
+    STDMETHODIMP TranslateAccelerator(MSG *msg, DWORD modifiers) override;
+    STDMETHODIMP OnFocus(BOOL got) override;
+    STDMETHODIMP ShowPropertyFrame() override;
+
+    // IDispatch: the ambient properties
+    STDMETHODIMP GetTypeInfoCount(UINT *count) override;
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo **info) override;
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR *, UINT, LCID, DISPID *) override;
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS *params, VARIANT *result, EXCEPINFO *,
+                        UINT *) override;
+
+    // IPropertyNotifySink, ITarnChangeKeySink
+    STDMETHODIMP OnChanged(DISPID id) override;
+    STDMETHODIMP OnRequestEdit(DISPID) override;
+    STDMETHODIMP OnChangedKey(LPCOLESTR key) override;
+
+    // IAdviseSink
+    STDMETHODIMP_(void) OnDataChange(FORMATETC *, STGMEDIUM *) override {}
+    STDMETHODIMP_(void) OnViewChange(DWORD, LONG) override { ++view_changes; }
+    STDMETHODIMP_(void) OnRename(IMoniker *) override {}
+    STDMETHODIMP_(void) OnSave() override {}
+    STDMETHODIMP_(void) OnClose() override {}
+
+    int view_changes = 0;
+    int ambient_reads = 0;
+
+private:
+    LONG refs_ = 1;
+    HWND window_;
+    ComPtr<IOleInPlaceFrame> frame_;
+    AmbientSettings &ambient_;
+    CallLog &log_;
+    RECT pos_{0, 0, 0, 0};
+    ComPtr<IUnknown> control_; // cleared by set_control(nullptr) before the control goes
+};
+
+// Receives the control's events on its default source interface and records them by name.
+class EventSink final : public IDispatch {
+public:
+    EventSink(ITypeInfo *events, CallLog &log) : events_(events), log_(log) {}
+
+    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override;
+    STDMETHODIMP_(ULONG) AddRef() override { return InterlockedIncrement(&refs_); }
+    STDMETHODIMP_(ULONG) Release() override;
+    STDMETHODIMP GetTypeInfoCount(UINT *count) override;
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo **info) override;
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR *, UINT, LCID, DISPID *) override;
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS *params, VARIANT *result, EXCEPINFO *,
+                        UINT *) override;
+
+    IID iid = IID_NULL; // the event interface, answered by QueryInterface
+
+private:
+    LONG refs_ = 1;
+    ComPtr<ITypeInfo> events_;
+    CallLog &log_;
+};
+
+} // namespace tarn::host

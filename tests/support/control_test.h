@@ -1,0 +1,65 @@
+// The fixture of the control tests: a container form, controls placed on it, and the checks
+// every test gets for free when it ends: no site call the test did not declare, and the
+// container's release of each control is the last one (nothing keeps a control alive).
+#pragma once
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/container.h"
+
+namespace tarn::test {
+
+using namespace tarn::host;
+
+class ControlTest : public ::testing::Test {
+protected:
+    Hosted &place(const std::wstring &progid, RECT pos = {10, 10, 210, 39}, Init init = Init::New,
+                  IUnknown *source = nullptr)
+    {
+        controls_.push_back(std::make_unique<Hosted>(form, progid, pos, init, source));
+        Hosted &h = *controls_.back();
+        EXPECT_TRUE(h.ok()) << "cannot create " << std::string(progid.begin(), progid.end()) << ": 0x" << std::hex
+                            << h.create_result();
+        return h;
+    }
+
+    // Closes one control now, checking that the container's reference was the last.
+    void close(Hosted &h)
+    {
+        EXPECT_EQ(0u, h.close()) << "the control outlived its container's last reference";
+    }
+
+    void TearDown() override
+    {
+        for (auto &h : controls_) {
+            EXPECT_EQ(0u, h->close()) << "the control outlived its container's last reference";
+            for (const std::wstring &call : h->log().unexpected())
+                ADD_FAILURE() << "unexpected call on the site: " << std::string(call.begin(), call.end());
+        }
+        controls_.clear();
+        for (const std::wstring &call : form.frame_log().unexpected())
+            ADD_FAILURE() << "unexpected call on the frame: " << std::string(call.begin(), call.end());
+    }
+
+    Container form;
+    std::vector<std::unique_ptr<Hosted>> controls_;
+};
+
+// Narrow text for gtest messages.
+inline std::string narrow(const std::wstring &w) { return std::string(w.begin(), w.end()); }
+
+// Sends a mouse message to a window at pixel (x, y), as the system delivers them.
+void mouse(HWND hwnd, UINT msg, int x, int y, WPARAM keys = 0);
+// A full click (down and up) with the left button at (x, y).
+void click(HWND hwnd, int x, int y);
+
+// The DLL's own entry point, for DllCanUnloadNow checks.
+HRESULT dll_can_unload_now();
+
+// Windows path of a file in the test output folder (created on first use).
+std::wstring output_path(const std::wstring &name);
+
+} // namespace tarn::test

@@ -1,0 +1,175 @@
+#include "support/resource_counts.h"
+
+#include <cstring>
+
+namespace tarn::test {
+
+namespace {
+
+volatile LONG g_gdi = 0, g_dcs = 0;
+bool g_installed = false;
+
+void gdi_made(const void *h)
+{
+    if (h) InterlockedIncrement(&g_gdi);
+}
+void dc_made(const void *h)
+{
+    if (h) InterlockedIncrement(&g_dcs);
+}
+
+// One counting wrapper per platform function: Original holds the real entry point.
+#define HOOK(ret, name, params, args, after)                                                                          \
+    using name##_t = ret(WINAPI *) params;                                                                             \
+    name##_t real_##name = nullptr;                                                                                    \
+    ret WINAPI hook_##name params                                                                                      \
+    {                                                                                                                  \
+        ret r = real_##name args;                                                                                      \
+        after;                                                                                                         \
+        return r;                                                                                                      \
+    }
+
+HOOK(HBRUSH, CreateSolidBrush, (COLORREF c), (c), gdi_made(r))
+HOOK(HBRUSH, CreateBrushIndirect, (const LOGBRUSH *b), (b), gdi_made(r))
+HOOK(HBRUSH, CreatePatternBrush, (HBITMAP b), (b), gdi_made(r))
+HOOK(HBRUSH, CreateHatchBrush, (int s, COLORREF c), (s, c), gdi_made(r))
+HOOK(HPEN, CreatePen, (int s, int w, COLORREF c), (s, w, c), gdi_made(r))
+HOOK(HPEN, CreatePenIndirect, (const LOGPEN *p), (p), gdi_made(r))
+HOOK(HBITMAP, CreateBitmap, (int w, int h, UINT p, UINT b, const void *bits), (w, h, p, b, bits), gdi_made(r))
+HOOK(HBITMAP, CreateCompatibleBitmap, (HDC dc, int w, int h), (dc, w, h), gdi_made(r))
+HOOK(HBITMAP, CreateDIBSection, (HDC dc, const BITMAPINFO *bi, UINT u, void **bits, HANDLE s, DWORD o),
+     (dc, bi, u, bits, s, o), gdi_made(r))
+HOOK(HFONT, CreateFontIndirectA, (const LOGFONTA *lf), (lf), gdi_made(r))
+HOOK(HFONT, CreateFontIndirectW, (const LOGFONTW *lf), (lf), gdi_made(r))
+HOOK(HRGN, CreateRectRgn, (int a, int b, int c, int d), (a, b, c, d), gdi_made(r))
+HOOK(HRGN, CreateRectRgnIndirect, (const RECT *rc), (rc), gdi_made(r))
+HOOK(HRGN, CreateRoundRectRgn, (int a, int b, int c, int d, int e, int f), (a, b, c, d, e, f), gdi_made(r))
+HOOK(HRGN, CreateEllipticRgn, (int a, int b, int c, int d), (a, b, c, d), gdi_made(r))
+HOOK(HRGN, CreatePolygonRgn, (const POINT *p, int n, int m), (p, n, m), gdi_made(r))
+HOOK(HRGN, ExtCreateRegion, (const XFORM *x, DWORD n, const RGNDATA *d), (x, n, d), gdi_made(r))
+HOOK(HDC, CreateCompatibleDC, (HDC dc), (dc), dc_made(r))
+HOOK(HDC, CreateDCW, (LPCWSTR a, LPCWSTR b, LPCWSTR c, const DEVMODEW *d), (a, b, c, d), dc_made(r))
+HOOK(HDC, CreateDCA, (LPCSTR a, LPCSTR b, LPCSTR c, const DEVMODEA *d), (a, b, c, d), dc_made(r))
+HOOK(BOOL, DeleteObject, (HGDIOBJ h), (h), if (r && h) InterlockedDecrement(&g_gdi))
+HOOK(BOOL, DeleteDC, (HDC h), (h), if (r && h) InterlockedDecrement(&g_dcs))
+HOOK(HDC, GetDC, (HWND w), (w), dc_made(r))
+HOOK(HDC, GetWindowDC, (HWND w), (w), dc_made(r))
+HOOK(int, ReleaseDC, (HWND w, HDC dc), (w, dc), if (r) InterlockedDecrement(&g_dcs))
+HOOK(HDC, BeginPaint, (HWND w, LPPAINTSTRUCT ps), (w, ps), dc_made(r))
+HOOK(BOOL, EndPaint, (HWND w, const PAINTSTRUCT *ps), (w, ps), if (r) InterlockedDecrement(&g_dcs))
+// A region given to a window belongs to the system from then on.
+HOOK(int, SetWindowRgn, (HWND w, HRGN rgn, BOOL redraw), (w, rgn, redraw), if (r && rgn) InterlockedDecrement(&g_gdi))
+
+struct Hook {
+    const char *name;
+    void *hook;
+    void **real;
+};
+
+#define ENTRY(name) {#name, reinterpret_cast<void *>(&hook_##name), reinterpret_cast<void **>(&real_##name)}
+const Hook kHooks[] = {
+    ENTRY(CreateSolidBrush), ENTRY(CreateBrushIndirect), ENTRY(CreatePatternBrush), ENTRY(CreateHatchBrush),
+    ENTRY(CreatePen), ENTRY(CreatePenIndirect), ENTRY(CreateBitmap), ENTRY(CreateCompatibleBitmap),
+    ENTRY(CreateDIBSection), ENTRY(CreateFontIndirectA), ENTRY(CreateFontIndirectW), ENTRY(CreateRectRgn),
+    ENTRY(CreateRectRgnIndirect), ENTRY(CreateRoundRectRgn), ENTRY(CreateEllipticRgn), ENTRY(CreatePolygonRgn),
+    ENTRY(ExtCreateRegion), ENTRY(CreateCompatibleDC), ENTRY(CreateDCW), ENTRY(CreateDCA), ENTRY(DeleteObject),
+    ENTRY(DeleteDC), ENTRY(GetDC), ENTRY(GetWindowDC), ENTRY(ReleaseDC), ENTRY(BeginPaint), ENTRY(EndPaint),
+    ENTRY(SetWindowRgn),
+};
+
+// Replaces the module's import-table entries of the functions above with the wrappers.
+bool patch_imports(HMODULE module)
+{
+    auto *base = reinterpret_cast<BYTE *>(module);
+    auto *dos = reinterpret_cast<IMAGE_DOS_HEADER *>(base);
+    auto *nt = reinterpret_cast<IMAGE_NT_HEADERS *>(base + dos->e_lfanew);
+    IMAGE_DATA_DIRECTORY dir = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    if (!dir.VirtualAddress) return false;
+    int patched = 0;
+    for (auto *imp = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR *>(base + dir.VirtualAddress); imp->Name; ++imp) {
+        auto *names = reinterpret_cast<IMAGE_THUNK_DATA *>(base + (imp->OriginalFirstThunk ? imp->OriginalFirstThunk
+                                                                                             : imp->FirstThunk));
+        auto *slots = reinterpret_cast<IMAGE_THUNK_DATA *>(base + imp->FirstThunk);
+        for (; names->u1.AddressOfData; ++names, ++slots) {
+            if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
+            auto *by_name = reinterpret_cast<IMAGE_IMPORT_BY_NAME *>(base + names->u1.AddressOfData);
+            for (const Hook &h : kHooks) {
+                if (std::strcmp(reinterpret_cast<const char *>(by_name->Name), h.name) != 0) continue;
+                DWORD old = 0;
+                VirtualProtect(&slots->u1.Function, sizeof(void *), PAGE_READWRITE, &old);
+                *h.real = reinterpret_cast<void *>(slots->u1.Function);
+                slots->u1.Function = reinterpret_cast<ULONG_PTR>(h.hook);
+                VirtualProtect(&slots->u1.Function, sizeof(void *), old, &old);
+                ++patched;
+            }
+        }
+    }
+    return patched > 0;
+}
+
+BOOL CALLBACK count_child(HWND, LPARAM counter)
+{
+    ++*reinterpret_cast<long *>(counter);
+    return TRUE;
+}
+
+BOOL CALLBACK count_top(HWND hwnd, LPARAM counter)
+{
+    DWORD pid = 0;
+    GetWindowThreadProcessId(hwnd, &pid);
+    if (pid != GetCurrentProcessId()) return TRUE;
+    ++*reinterpret_cast<long *>(counter);
+    EnumChildWindows(hwnd, count_child, counter);
+    return TRUE;
+}
+
+} // namespace
+
+DllResourceCounter::DllResourceCounter()
+{
+    if (g_installed) return;
+    HMODULE dll = GetModuleHandleW(L"tarnctls.dll");
+    if (!dll) {
+        // Load it through COM's own path so the module is the one controls come from.
+        CLSID clsid;
+        IUnknown *unk = nullptr;
+        if (SUCCEEDED(CLSIDFromProgID(L"TarnControls.cframe", &clsid)) &&
+            SUCCEEDED(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, reinterpret_cast<void **>(&unk))))
+            unk->Release();
+        dll = GetModuleHandleW(L"tarnctls.dll");
+    }
+    if (dll) {
+        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"tarnctls.dll", &dll); // never unloaded while hooked
+        g_installed = patch_imports(dll);
+    }
+}
+
+long DllResourceCounter::gdi_objects() const { return g_gdi; }
+long DllResourceCounter::dcs() const { return g_dcs; }
+bool DllResourceCounter::installed() const { return g_installed; }
+
+long ProcessGdiObjects()
+{
+    if (DWORD n = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) return static_cast<long>(n);
+#ifdef _WIN64
+    // Wine maps its GDI handle table into 64-bit programs (PEB->GdiSharedHandleTable): entries
+    // of 24 bytes whose type byte (offset 14) is set while the handle lives.
+    auto *peb = reinterpret_cast<BYTE *>(__readgsqword(0x60));
+    auto *table = *reinterpret_cast<BYTE **>(peb + 0xF8);
+    if (!table) return -1;
+    long n = 0;
+    for (int i = 0; i < 0x10000; ++i) n += table[i * 24 + 14] != 0;
+    return n;
+#else
+    return -1;
+#endif
+}
+
+long ProcessWindows()
+{
+    long n = 0;
+    EnumWindows(count_top, reinterpret_cast<LPARAM>(&n));
+    return n;
+}
+
+} // namespace tarn::test
