@@ -90,7 +90,8 @@ void SizeComboDropDown(HWND combo, int32_t visible_items)
     });
     int32_t width = 0, list_height = 0;
     step([&] {
-        LRESULT w = SendMessageW(combo, CB_SETDROPPEDWIDTH, 0, DropDownWidthFor(lengths));
+        // The combo box reads the width from wParam; it ignores lParam.
+        LRESULT w = SendMessageW(combo, CB_SETDROPPEDWIDTH, static_cast<WPARAM>(DropDownWidthFor(lengths)), 0);
         width = static_cast<int32_t>(w);
     });
     step([&] {

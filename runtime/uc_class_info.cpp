@@ -51,6 +51,10 @@ STDMETHODIMP UserControl::FindConnectionPoint(REFIID iid, IConnectionPoint **poi
 
 HRESULT MapInvokeResult(HRESULT hr, VARIANT *result)
 {
+    // OLE_COLOR is unsigned in the type library, but automation clients (VB, VBA, scripts)
+    // know colours as Long and some cannot handle an unsigned value at all: hand it over as
+    // the same 32 bits in a Long.
+    if (SUCCEEDED(hr) && result && V_VT(result) == VT_UI4) V_VT(result) = VT_I4;
     switch (hr) {
     case DISP_E_TYPEMISMATCH:
     case DISP_E_OVERFLOW:

@@ -149,6 +149,18 @@ void register_typelib_keys(Writer &w, ITypeLib *lib, const std::wstring &path)
     }
 }
 
+// Removes `key` when nothing is left in it (a parent per-user registration created).
+void delete_if_empty(HKEY root, const wchar_t *key)
+{
+    HKEY raw = nullptr;
+    if (RegOpenKeyExW(root, key, 0, KEY_READ, &raw) != ERROR_SUCCESS) return;
+    DWORD subkeys = 1, values = 1;
+    RegQueryInfoKeyW(raw, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
+                     nullptr);
+    RegCloseKey(raw);
+    if (subkeys == 0 && values == 0) RegDeleteKeyW(root, key);
+}
+
 void unregister_typelib_keys(HKEY root, ITypeLib *lib)
 {
     const std::wstring libid = guid_text(LIBID_TarnControls), base = L"TypeLib\\" + libid;
@@ -204,8 +216,12 @@ HRESULT UnregisterServer(bool per_user)
     }
     ComPtr<ITypeLib> lib;
     LoadTypeLibEx(module_path().c_str(), REGKIND_NONE, lib.put());
-    if (per_user) unregister_typelib_keys(root.get(), lib.get());
-    else UnRegisterTypeLib(LIBID_TarnControls, 1, 0, LOCALE_NEUTRAL, kSysKind);
+    if (per_user) {
+        unregister_typelib_keys(root.get(), lib.get());
+        for (const wchar_t *parent : {L"CLSID", L"TypeLib", L"Interface"}) delete_if_empty(root.get(), parent);
+    } else {
+        UnRegisterTypeLib(LIBID_TarnControls, 1, 0, LOCALE_NEUTRAL, kSysKind);
+    }
     return S_OK;
 }
 

@@ -540,7 +540,9 @@ TEST_F(FrameTest, TenThousandResizeAndPaintCyclesLeaveNoObjectsBehind)
     EXPECT_EQ(gdi, dll.gdi_objects());
     EXPECT_EQ(dcs, dll.dcs());
     EXPECT_EQ(windows, ProcessWindows());
-    if (process_gdi >= 0) EXPECT_EQ(process_gdi, ProcessGdiObjects());
+    if (process_gdi >= 0) {
+        EXPECT_EQ(process_gdi, ProcessGdiObjects());
+    }
 }
 
 TEST(FrameLifetime, AfterEverythingIsReleasedTheDllCanUnload)

@@ -1,0 +1,173 @@
+// Metrics, version and colour routines that need the platform.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <thread>
+
+#include "foundation/clsMETRICS.h"
+#include "foundation/color_translate.h"
+#include "foundation/font_object.h"
+#include "foundation/metrics.h"
+#include "foundation/registry.h"
+#include "foundation/themes.h"
+#include "runtime/com.h"
+
+using namespace tarn;
+
+TEST(Metrics, TheRecordIsZeroUntilTheThreadsFirstRefresh)
+{
+    // A thread of its own: the test thread may have refreshed its record already.
+    uint32_t first_word = 99, after = 0;
+    int32_t offset_before = 0, offset_after = 0;
+    std::thread t([&] {
+        first_word = ThreadMetrics().nonclient.cbSize;
+        offset_before = MetricOffset(); // reads the record before ScaledMetric refreshes it
+        after = ThreadMetrics().nonclient.cbSize;
+        offset_after = MetricOffset();
+    });
+    t.join();
+    EXPECT_EQ(0u, first_word);
+    EXPECT_EQ(-315, offset_before);
+    EXPECT_EQ(340u, after);
+    EXPECT_EQ(25, offset_after);
+}
+
+TEST(Metrics, ScaledMetricConvertsPixelsToTwipsHalvesToEven)
+{
+    const double tpp = TwipsPerPixelX();
+    EXPECT_DOUBLE_EQ(1440.0 / GetDeviceCaps(GetDC(nullptr), LOGPIXELSX), tpp);
+    EXPECT_EQ(static_cast<int32_t>(340 * tpp), ScaledMetric(340));
+    EXPECT_EQ(0, ScaledMetric(INT32_MAX)); // does not fit 32 bits: the step fails, 0
+    EXPECT_TRUE(RefreshMetrics());
+}
+
+TEST(Metrics, DropDownWidthReplacesTheWinnerOnlyWhenMoreThanElevenLonger)
+{
+    EXPECT_EQ(16, DropDownWidthFor({5, 10, 15, 0}));
+    EXPECT_EQ(31, DropDownWidthFor({5, 10, 20, 0}));
+    EXPECT_EQ(0, DropDownWidthFor({0}));
+}
+
+TEST(Metrics, SizeComboDropDownSetsTheDroppedWidthAndListHeight)
+{
+    HWND parent = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW, 0, 0, 300, 300, nullptr, nullptr, nullptr, nullptr);
+    HWND combo = CreateWindowExW(0, L"COMBOBOX", L"", WS_CHILD | CBS_DROPDOWNLIST, 10, 10, 12, 200, parent, nullptr,
+                                 nullptr, nullptr);
+    for (const wchar_t *item : {L"aaaaa", L"aaaaaaaaaa", L"aaaaaaaaaaaaaaa"})
+        SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item));
+    SizeComboDropDown(combo, 5);
+    // The combo is 12 pixels wide, narrower than the 16 asked for, so the list takes 16.
+    EXPECT_EQ(16, SendMessageW(combo, CB_GETDROPPEDWIDTH, 0, 0));
+    // Bad input: no window, no items, a negative count.
+    SizeComboDropDown(nullptr, 5);
+    HWND empty = CreateWindowExW(0, L"COMBOBOX", L"", WS_CHILD | CBS_DROPDOWNLIST, 0, 100, 50, 200, parent, nullptr,
+                                 nullptr, nullptr);
+    SizeComboDropDown(empty, -7);
+    SizeComboDropDown(empty, INT32_MAX);
+    DestroyWindow(parent);
+}
+
+TEST(Colors, TranslateColorResolvesSystemColoursAndRefusesTheInvalid)
+{
+    EXPECT_EQ(GetSysColor(COLOR_BTNFACE), TranslateColor(0x8000000F));
+    EXPECT_EQ(0x00123456u, TranslateColor(0x00123456));
+    EXPECT_EQ(kInvalidColor, TranslateColor(0x7F000000));
+    EXPECT_EQ(kInvalidColor, TranslateColor(0x800000FF)); // no system colour 255
+    EXPECT_EQ(0x808080u, BlendColors(0x00FFFFFF, 0, 128));
+    EXPECT_EQ(0u, BlendColors(0x00FFFFFF, 0, 100000000)); // overflow: the routine yields 0
+    EXPECT_EQ(GetSysColor(COLOR_WINDOW), BlendColors(0x80000005, 0x80000008, 255));
+}
+
+namespace {
+
+// Points HKEY_LOCAL_MACHINE of this process at a private key for the test's lifetime, so the
+// version text can be controlled without touching the machine.
+class FakeMachineKey {
+public:
+    FakeMachineKey()
+    {
+        RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\TarnTests\\HKLM");
+        RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TarnTests\\HKLM", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_,
+                        nullptr);
+        RegOverridePredefKey(HKEY_LOCAL_MACHINE, key_);
+    }
+    ~FakeMachineKey()
+    {
+        RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+        RegCloseKey(key_);
+        RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\TarnTests");
+    }
+    void set(const wchar_t *path, const wchar_t *name, const wchar_t *text)
+    {
+        RegSetKeyValueW(key_, path, name, REG_SZ, text, static_cast<DWORD>((wcslen(text) + 1) * sizeof(wchar_t)));
+    }
+    void set_dword(const wchar_t *path, const wchar_t *name, DWORD v)
+    {
+        RegSetKeyValueW(key_, path, name, REG_DWORD, &v, sizeof v);
+    }
+
+private:
+    HKEY key_ = nullptr;
+};
+
+constexpr wchar_t kWindows[] = L"SOFTWARE\\MICROSOFT\\WINDOWS\\CURRENTVERSION";
+constexpr wchar_t kNt[] = L"SOFTWARE\\MICROSOFT\\WINDOWS NT\\CURRENTVERSION";
+
+} // namespace
+
+TEST(Version, VersionNumberFirstThenTheNtCurrentVersion)
+{
+    FakeMachineKey machine;
+    EXPECT_EQ(L"", WindowsVersion());
+    machine.set(kNt, L"CurrentVersion", L"6.1");
+    EXPECT_EQ(L"6.1", WindowsVersion());
+    EXPECT_DOUBLE_EQ(6.1, WindowsVersionNumber());
+    machine.set(kWindows, L"VersionNumber", L"4.0");
+    EXPECT_EQ(L"4.0", WindowsVersion());
+    machine.set(kWindows, L"VersionNumber", L"");
+    EXPECT_EQ(L"6.1", WindowsVersion()); // empty counts as missing
+}
+
+TEST(Version, StringLoadTakesOnlyStringValues)
+{
+    FakeMachineKey machine;
+    clsREGISTRY reg;
+    std::wstring result = L"unchanged";
+    machine.set_dword(kNt, L"Number", 5);
+    reg.StringLoad(kHiveLocalMachine, kNt, L"Number", L"dflt", result);
+    EXPECT_EQ(L"dflt", result);
+    machine.set(kNt, L"Text", L"hello");
+    reg.StringLoad(kHiveLocalMachine, kNt, L"Text", L"dflt", result);
+    EXPECT_EQ(L"hello", result);
+    reg.StringLoad(kHiveLocalMachine, L"SOFTWARE\\NO\\SUCH\\KEY", L"Text", L"dflt", result);
+    EXPECT_EQ(L"dflt", result);
+    reg.StringLoad(L"not a hive", kNt, L"Text", L"dflt", result);
+    EXPECT_EQ(L"dflt", result);
+    std::wstring long_value(300, L'v'); // longer than the 255-character buffer
+    machine.set(kNt, L"Long", long_value.c_str());
+    reg.StringLoad(kHiveLocalMachine, kNt, L"Long", L"dflt", result);
+    EXPECT_EQ(L"dflt", result);
+}
+
+TEST(ClsMetrics, MenuFontAndHandlesComeAndGo)
+{
+    clsMETRICS m;
+    EXPECT_TRUE(m.GetMetrics());
+    EXPECT_EQ(340u, m.Record().nonclient.cbSize);
+    HDC dc = GetDC(nullptr);
+    ComPtr<IFontDisp> font = ComPtr<IFontDisp>::attach(m.Font(dc));
+    ReleaseDC(nullptr, dc);
+    ASSERT_TRUE(font);
+    FontSpec spec = FontSpecOf(font.get());
+    EXPECT_FALSE(spec.name.empty());
+    EXPECT_GT(spec.size, 0);
+    HFONT menu = m.FontHandle(3);
+    EXPECT_TRUE(menu);
+    EXPECT_EQ(menu, m.FontHandle(3)); // held in its slot
+    EXPECT_EQ(nullptr, m.FontHandle(0));
+    EXPECT_EQ(nullptr, m.FontHandle(7));
+    m.ClearUp();
+    m.ClearUp(); // nothing is deleted twice
+    EXPECT_EQ(OBJ_FONT, GetObjectType(m.FontHandle(6)) ? OBJ_FONT : 0);
+}
