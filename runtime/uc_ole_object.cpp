@@ -111,6 +111,7 @@ HRESULT UserControl::activate(LONG verb, HWND parent_hint, LPCRECT pos_hint)
             inplace_site_->OnInPlaceDeactivate();
             return E_FAIL;
         }
+        for (WindowedConstituent *c : windowed_) step([&] { c->attach(hwnd_); });
         set_size_px(w > 0 ? w : 0, h > 0 ? h : 0, true);
         ShowWindow(hwnd_, SW_SHOWNA);
         step([&] { Show(); });
@@ -120,7 +121,7 @@ HRESULT UserControl::activate(LONG verb, HWND parent_hint, LPCRECT pos_hint)
     }
     if ((verb == OLEIVERB_UIACTIVATE || verb == OLEIVERB_PRIMARY) && CanGetFocus()) {
         HRESULT hr = ui_activate();
-        if (hwnd_ && GetFocus() != hwnd_) SetFocus(hwnd_);
+        if (hwnd_ && !WindowWithin(hwnd_, GetFocus())) SetFocus(hwnd_);
         return hr;
     }
     return S_OK;
@@ -242,6 +243,7 @@ STDMETHODIMP UserControl::InPlaceDeactivate()
         if (hwnd_) {
             HWND h = hwnd_;
             step([&] { Hide(); });
+            park_constituents();
             DestroyWindow(h); // WM_NCDESTROY clears hwnd_
             hwnd_ = nullptr;
         }

@@ -175,6 +175,22 @@ void UserControl::set_size_px(int cx, int cy, bool from_host)
     Invalidate();
 }
 
+void UserControl::add_constituent(WindowedConstituent &c)
+{
+    windowed_.push_back(&c);
+    c.focus_hook = [this](bool gained, HWND other) { on_focus(gained, other); };
+    c.keep_alive = [this] { return ComPtr<IUnknown>(identity()); };
+    if (hwnd_) c.attach(hwnd_);
+}
+
+void UserControl::park_constituents()
+{
+    if (windowed_.empty()) return;
+    // A focused constituent must not stay focused in the hidden holder.
+    if (hwnd_ && WindowWithin(hwnd_, GetFocus())) SetFocus(GetParent(hwnd_));
+    for (WindowedConstituent *c : windowed_) step([&] { c->park(); });
+}
+
 void UserControl::run_resize()
 {
     // A layout that sizes the control runs Resize once more; deeper nesting is cut off.
@@ -205,6 +221,8 @@ void UserControl::render(HDC dc)
             c->draw(dc, s);
         });
     }
+    // Windowed constituents paint themselves into the DC, where their windows are.
+    for (WindowedConstituent *c : windowed_) step([&] { c->print(dc); });
 }
 
 void UserControl::on_paint()
@@ -245,6 +263,7 @@ LRESULT CALLBACK UserControl::window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM
     if (msg == WM_NCDESTROY) {
         SetWindowLongPtrW(hwnd, GWLP_USERDATA, 0);
         self->hwnd_ = nullptr;
+        self->focus_within_ = false;
         return DefWindowProcW(hwnd, msg, wp, lp);
     }
     try {
@@ -262,7 +281,13 @@ LRESULT UserControl::on_message(UINT msg, WPARAM wp, LPARAM lp)
     LRESULT own = 0;
     step([&] { own = OnMessage(msg, wp, lp, handled); });
     if (handled) return own;
+    LRESULT reflected = 0;
+    if (WindowedConstituent::reflect(msg, wp, lp, reflected)) return reflected;
     switch (msg) {
+    case WM_DESTROY:
+        // The container destroys its window with ours in it: the constituents keep theirs.
+        park_constituents();
+        return 0;
     case WM_PAINT:
         on_paint();
         return 0;
@@ -310,10 +335,11 @@ LRESULT UserControl::on_message(UINT msg, WPARAM wp, LPARAM lp)
         return 0;
     }
     case WM_SETFOCUS:
-        on_focus(true);
+        on_focus(true, reinterpret_cast<HWND>(wp));
+        if (focus_constituent_) step([&] { focus_constituent_->SetFocus(); });
         return 0;
     case WM_KILLFOCUS:
-        on_focus(false);
+        on_focus(false, reinterpret_cast<HWND>(wp));
         return 0;
     case WM_MOUSEACTIVATE:
         // A click on an inactive control activates it without swallowing the click.
@@ -363,7 +389,7 @@ void UserControl::on_mouse(UINT msg, WPARAM wp, LPARAM lp)
             SetCapture(hwnd_);
         }
         buttons_down_ |= button;
-        if (CanGetFocus() && GetFocus() != hwnd_ && UserMode()) SetFocus(hwnd_);
+        if (CanGetFocus() && !WindowWithin(hwnd_, GetFocus()) && UserMode()) SetFocus(hwnd_);
     }
     Constituent *target = buttons_down_ ? press_target_ : mouse_target_at(x, y);
     bool on_surface = buttons_down_ ? press_on_surface_ : target == nullptr;
@@ -405,15 +431,20 @@ void UserControl::on_mouse(UINT msg, WPARAM wp, LPARAM lp)
     }
 }
 
-void UserControl::on_focus(bool gained)
+void UserControl::on_focus(bool gained, HWND other)
 {
+    // The focus moving between the control's own windows is no change for the control.
     if (gained) {
+        if (focus_within_) return;
+        focus_within_ = true;
         if (!ui_active_) step([&] { ui_activate(); });
         step([&] {
             if (ComPtr<IOleControlSite> cs = site_.as<IOleControlSite>(IID_IOleControlSite)) cs->OnFocus(TRUE);
         });
         step([&] { GotFocus(); });
     } else {
+        if (!focus_within_ || WindowWithin(hwnd_, other)) return;
+        focus_within_ = false;
         step([&] { LostFocus(); });
         step([&] {
             if (ComPtr<IOleControlSite> cs = site_.as<IOleControlSite>(IID_IOleControlSite)) cs->OnFocus(FALSE);
@@ -447,6 +478,7 @@ void UnregisterControlWindowClass()
 {
     if (g_window_class) UnregisterClassW(kControlWindowClass, module::instance());
     g_window_class = 0;
+    UnregisterHolderWindowClass();
 }
 
 } // namespace tarn

@@ -7,6 +7,8 @@
 //   InitProperties | ReadProperties a new instance | one restored from a saved form
 //   Resize, Paint                   sizing and drawing (Paint runs Resize unless a control says)
 //   Click, DblClick, Mouse*, Key*   input on the control's own surface
+//   GotFocus, LostFocus             the focus entering and leaving the control as a whole (its
+//                                   window or any of its windowed constituents)
 //   WriteProperties                 saving
 //   Terminate                       before the object goes
 //
@@ -34,6 +36,7 @@
 #include "runtime/module.h"
 #include "runtime/property_bag.h"
 #include "runtime/units.h"
+#include "runtime/windowed_constituent.h"
 
 namespace tarn {
 
@@ -246,6 +249,11 @@ protected:
 
     // Windowless constituents, drawn in the order added (later ones on top).
     void add_constituent(Constituent &c) { constituents_.push_back(&c); }
+    // Windowed constituents: in the control's window while it is in place, in the runtime's
+    // holder otherwise; above every windowless one, later ones above earlier ones.
+    void add_constituent(WindowedConstituent &c);
+    // The constituent that takes the focus when the control gets it (null: the control's window).
+    void SetFocusConstituent(WindowedConstituent *c) { focus_constituent_ = c; }
 
     // The surface's own colours (drawn by the runtime as the background).
     OleColor BackColor() const { return back_color_; }
@@ -279,7 +287,9 @@ private:
     LRESULT on_message(UINT msg, WPARAM wp, LPARAM lp);
     void on_paint();
     void on_mouse(UINT msg, WPARAM wp, LPARAM lp);
-    void on_focus(bool gained);
+    void on_focus(bool gained, HWND other);
+    // Moves the windowed constituents into the holder (the control's window is going).
+    void park_constituents();
     HRESULT activate(LONG verb, HWND parent_hint, LPCRECT pos_hint);
     HRESULT ui_activate();
     void set_size_px(int cx, int cy, bool from_host);
@@ -313,6 +323,9 @@ private:
     OleColor back_color_ = syscolor::ButtonFace;
     OleColor fore_color_ = syscolor::ButtonText;
     std::vector<Constituent *> constituents_;
+    std::vector<WindowedConstituent *> windowed_;
+    WindowedConstituent *focus_constituent_ = nullptr;
+    bool focus_within_ = false; // the focus is on the control's window or a constituent's
 
     // Mouse state: where the current press went, and the second press of a double click.
     Constituent *press_target_ = nullptr;
@@ -321,7 +334,8 @@ private:
     bool double_click_ = false;
 };
 
-// Removes the control window class when the DLL unloads.
+// Removes the runtime's window classes (the control's and the constituents' holder) when the
+// DLL unloads.
 void UnregisterControlWindowClass();
 
 } // namespace tarn

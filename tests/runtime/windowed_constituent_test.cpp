@@ -1,0 +1,663 @@
+// Windowed constituents: each kind on its own (parked in the runtime's holder, driven by real
+// window messages), and a composite control of all of them in the test container: moving in
+// and out of the control's window, drawing through the control's one draw path, colours,
+// focus, and what bad input does.
+#include <gtest/gtest.h>
+
+
+#include <cmath>
+#include <limits>
+
+#include "foundation/color_translate.h"
+#include "foundation/font_object.h"
+#include "foundation/metrics.h"
+#include "runtime/check_box.h"
+#include "runtime/combo_box.h"
+#include "runtime/control_impl.h"
+#include "runtime/picture_box.h"
+#include "runtime/text_box.h"
+#include "runtime/up_down.h"
+#include "support/control_test.h"
+#include "support/resource_counts.h"
+
+using namespace tarn;
+using namespace tarn::test;
+
+namespace {
+
+float tpp() { return static_cast<float>(TwipsPerPixelX()); }
+
+ComPtr<IFontDisp> font(const wchar_t *name, double size)
+{
+    FontSpec spec;
+    spec.name = name;
+    spec.size = size;
+    return ComPtr<IFontDisp>::attach(CreateFontObject(spec));
+}
+
+// Where the window is in its parent's client area, in pixels.
+RECT placement(HWND w)
+{
+    RECT r{};
+    GetWindowRect(w, &r);
+    MapWindowPoints(HWND_DESKTOP, GetParent(w), reinterpret_cast<POINT *>(&r), 2);
+    return r;
+}
+
+void type(HWND w, const std::wstring &text)
+{
+    for (wchar_t c : text) SendMessageW(w, WM_CHAR, c, 1);
+}
+
+// The test's windows and classes are its own module's: the runtime compiled into this program
+// registers them under the program's instance.
+class Constituents : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() { module::set_instance(GetModuleHandleW(nullptr)); }
+};
+
+} // namespace
+
+// ---------------------------------------------------------------- the kinds on their own
+
+TEST_F(Constituents, LiveInTheHoldersWindowWhichGoesWithTheLastOfThem)
+{
+    {
+        TextBox a(L"a", 0, 0, 1500, 300);
+        ASSERT_TRUE(a.hWnd());
+        HWND holder = WindowedConstituent::holder();
+        ASSERT_TRUE(holder);
+        EXPECT_EQ(holder, GetParent(a.hWnd()));
+        EXPECT_FALSE(IsWindowVisible(holder));
+        EXPECT_TRUE(a.Visible()); // its own state, although nothing shows it
+        EXPECT_FALSE(IsWindowVisible(a.hWnd()));
+        {
+            CheckBox b(L"b", 0, 0, 300, 300);
+            EXPECT_EQ(holder, GetParent(b.hWnd()));
+        }
+        EXPECT_EQ(holder, WindowedConstituent::holder());
+    }
+    EXPECT_EQ(nullptr, WindowedConstituent::holder());
+}
+
+TEST_F(Constituents, PlacementIsInTwipsAndRefusesWhatNoWindowCanBe)
+{
+    TextBox t(L"t", 150, 75, 1500, 300);
+    RECT r = placement(t.hWnd());
+    EXPECT_EQ(static_cast<LONG>(std::floor(150 / tpp())), r.left);
+    EXPECT_EQ(static_cast<LONG>(std::floor(75 / tpp())), r.top);
+    EXPECT_EQ(static_cast<LONG>(std::floor(1650 / tpp())), r.right);
+    t.SetWidth(3000);
+    EXPECT_FLOAT_EQ(3000, t.Width());
+    EXPECT_EQ(static_cast<LONG>(std::floor(3150 / tpp())), placement(t.hWnd()).right);
+    // A negative position is fine (partly outside its control); a negative size is not.
+    t.SetLeft(-600);
+    EXPECT_FLOAT_EQ(-600, t.Left());
+    EXPECT_LT(placement(t.hWnd()).left, 0);
+    EXPECT_THROW(t.SetWidth(-1), std::invalid_argument);
+    EXPECT_THROW(t.SetHeight(std::numeric_limits<float>::quiet_NaN()), std::invalid_argument);
+    EXPECT_THROW(t.SetTop(std::numeric_limits<float>::infinity()), std::invalid_argument);
+    EXPECT_FLOAT_EQ(3000, t.Width());
+    // Far beyond any screen: clamped to what a window position holds, never undefined.
+    t.Move(3e38f, -3e38f, 3e38f, 1e30f);
+    r = placement(t.hWnd());
+    EXPECT_GT(r.left, 0);
+    EXPECT_LT(r.top, 0);
+}
+
+TEST_F(Constituents, ATextBoxKeepsItsStateInItsWindow)
+{
+    TextBox t(L"t", 0, 0, 1500, 300);
+    std::wstring unicode = L"\u00c5ngstr\u00f6m \u65e5\u672c \u0416";
+    t.SetText(unicode);
+    EXPECT_EQ(unicode, t.Text());
+    // Long enough to pass any fixed buffer (Wine's edit window slows down with the square of
+    // the length, so not longer).
+    std::wstring huge(20000, L'9');
+    t.SetText(huge);
+    EXPECT_EQ(huge, t.Text());
+    t.SetText(L"");
+    EXPECT_EQ(L"", t.Text());
+
+    for (int16_t a : {1, 2, 0}) {
+        t.SetAlignment(a);
+        EXPECT_EQ(a, t.Alignment());
+    }
+    EXPECT_THROW(t.SetAlignment(3), std::invalid_argument);
+    EXPECT_THROW(t.SetAlignment(-1), std::invalid_argument);
+    EXPECT_EQ(0, t.Alignment());
+
+    EXPECT_EQ(0, t.MaxLength());
+    t.SetMaxLength(3);
+    EXPECT_EQ(3, t.MaxLength());
+    type(t.hWnd(), L"12345");
+    EXPECT_EQ(L"123", t.Text());
+    t.SetMaxLength(0);
+    EXPECT_EQ(0, t.MaxLength());
+    EXPECT_THROW(t.SetMaxLength(-1), std::invalid_argument);
+
+    t.SetText(L"abcdef");
+    t.SetSelStart(2);
+    t.SetSelLength(3);
+    EXPECT_EQ(2, t.SelStart());
+    EXPECT_EQ(3, t.SelLength());
+    t.SetSelStart(1); // a new start drops the length
+    EXPECT_EQ(0, t.SelLength());
+    t.SetSelLength(1000); // beyond the text: up to its end
+    EXPECT_EQ(5, t.SelLength());
+    EXPECT_THROW(t.SetSelStart(-1), std::invalid_argument);
+    EXPECT_THROW(t.SetSelLength(-5), std::invalid_argument);
+
+    t.SetLocked(true);
+    EXPECT_TRUE(t.Locked());
+    t.SetSelStart(6);
+    type(t.hWnd(), L"x");
+    EXPECT_EQ(L"abcdef", t.Text());
+    t.SetLocked(false);
+    EXPECT_FALSE(t.Locked());
+
+    EXPECT_EQ(1, t.BorderStyle());
+    t.SetBorderStyle(0);
+    EXPECT_EQ(0, t.BorderStyle());
+    RECT client{}, window{};
+    GetClientRect(t.hWnd(), &client);
+    GetWindowRect(t.hWnd(), &window);
+    EXPECT_EQ(window.right - window.left, client.right); // no frame left
+    EXPECT_THROW(t.SetBorderStyle(2), std::invalid_argument);
+
+    t.SetEnabled(false);
+    EXPECT_FALSE(t.Enabled());
+    t.SetVisible(false);
+    EXPECT_FALSE(t.Visible());
+    EXPECT_THROW(t.SetBackColor(0x7F000000), std::invalid_argument); // not an OLE colour
+    EXPECT_EQ(syscolor::Window, t.BackColor());
+}
+
+TEST_F(Constituents, KeyHandlersSeeRealKeyMessagesAndMaySwallowOrReplaceThem)
+{
+    TextBox t(L"t", 0, 0, 1500, 300);
+    int changes = 0, ups = 0;
+    t.on_change = [&] { ++changes; };
+    t.on_key_press = [](int16_t &ascii) {
+        if (ascii == L'x') ascii = 0;        // swallowed
+        else if (ascii == L'a') ascii = L'b'; // replaced
+    };
+    type(t.hWnd(), L"axa1x");
+    EXPECT_EQ(L"bb1", t.Text());
+    EXPECT_EQ(3, changes);
+    // A character beyond 8 bits arrives whole and passes unchanged.
+    type(t.hWnd(), L"\u20ac");
+    EXPECT_EQ(L"bb1\u20ac", t.Text());
+
+    t.on_key_down = [](int16_t &code, int16_t) {
+        if (code == VK_DELETE) code = 0;
+    };
+    t.on_key_up = [&](int16_t &, int16_t) { ++ups; };
+    t.SetSelStart(0);
+    SendMessageW(t.hWnd(), WM_KEYDOWN, VK_DELETE, 1);
+    EXPECT_EQ(L"bb1\u20ac", t.Text());
+    SendMessageW(t.hWnd(), WM_KEYUP, VK_DELETE, 0xC0000001);
+    EXPECT_EQ(1, ups);
+    // Code writes the text: a change too.
+    changes = 0;
+    t.SetText(L"code");
+    EXPECT_EQ(1, changes);
+    // A handler that throws is skipped; the key still arrives.
+    t.on_key_press = [](int16_t &) { throw std::runtime_error("host error"); };
+    t.SetSelStart(4);
+    type(t.hWnd(), L"!");
+    EXPECT_EQ(L"code!", t.Text());
+}
+
+TEST_F(Constituents, MouseEventsCarryTwipsRelativeToTheConstituentAndClickOnRelease)
+{
+    TextBox t(L"t", 300, 300, 1500, 300);
+    std::vector<std::wstring> seen;
+    auto rec = [&](const wchar_t *name) {
+        return [&seen, name](int16_t b, int16_t s, float x, float y) {
+            seen.push_back(std::wstring(name) + L"(" + std::to_wstring(b) + L"," + std::to_wstring(s) + L"," +
+                           std::to_wstring(std::lround(x)) + L"," + std::to_wstring(std::lround(y)) + L")");
+        };
+    };
+    t.on_mouse_down = rec(L"down");
+    t.on_mouse_up = rec(L"up");
+    t.on_mouse_move = rec(L"move");
+    t.on_click = [&] { seen.push_back(L"click"); };
+    t.on_dbl_click = [&] { seen.push_back(L"dbl"); };
+    // Client coordinates of the edit (inside its edge): 3 and 4 pixels.
+    const std::wstring x = std::to_wstring(std::lround(3 * tpp())), y = std::to_wstring(std::lround(4 * tpp()));
+    test::mouse(t.hWnd(), WM_MOUSEMOVE, 3, 4, MK_SHIFT);
+    click(t.hWnd(), 3, 4);
+    test::mouse(t.hWnd(), WM_LBUTTONDBLCLK, 3, 4, MK_LBUTTON);
+    test::mouse(t.hWnd(), WM_LBUTTONUP, 3, 4);
+    // (The middle button: a right-button release opens the edit window's menu, a modal loop.)
+    test::mouse(t.hWnd(), WM_MBUTTONDOWN, 3, 4, MK_MBUTTON);
+    test::mouse(t.hWnd(), WM_MBUTTONUP, 3, 4);
+    const std::wstring at = L"," + x + L"," + y + L")";
+    EXPECT_EQ((std::vector<std::wstring>{L"move(0,1" + at, L"down(1,0" + at, L"up(1,0" + at, L"click", L"dbl",
+                                         L"up(1,0" + at, L"down(4,0" + at, L"up(4,0" + at}),
+              seen);
+    // A release outside is no click.
+    seen.clear();
+    test::mouse(t.hWnd(), WM_LBUTTONDOWN, 3, 4, MK_LBUTTON);
+    test::mouse(t.hWnd(), WM_LBUTTONUP, 3000, 4);
+    EXPECT_EQ(2u, seen.size());
+}
+
+TEST_F(Constituents, ACheckBoxClicksWhenItsValueChangesByHandOrByCode)
+{
+    CheckBox c(L"c", 0, 0, 1500, 300);
+    int clicks = 0;
+    c.on_click = [&] { ++clicks; };
+    EXPECT_EQ(0, c.Value());
+    c.SetValue(1);
+    EXPECT_EQ(1, c.Value());
+    EXPECT_EQ(1, clicks);
+    c.SetValue(1); // no change, no click
+    EXPECT_EQ(1, clicks);
+    EXPECT_THROW(c.SetValue(2), std::invalid_argument);
+    EXPECT_THROW(c.SetValue(-1), std::invalid_argument);
+    EXPECT_EQ(1, c.Value());
+    // The user clicks it (its notice reaches the holder, which hands it to the constituent).
+    SendMessageW(c.hWnd(), BM_CLICK, 0, 0);
+    EXPECT_EQ(0, c.Value());
+    EXPECT_EQ(2, clicks);
+    c.SetCaption(L"Sp\u00e4ter");
+    EXPECT_EQ(L"Sp\u00e4ter", c.Caption());
+}
+
+TEST_F(Constituents, AComboBoxKeepsItsItemsAndItsHeightFollowsItsFont)
+{
+    ComboBox c(L"c", 0, 0, 1500, 2000);
+    int clicks = 0, changes = 0;
+    c.on_click = [&] { ++clicks; };
+    c.on_change = [&] { ++changes; };
+    c.AddItem(L"one");
+    c.AddItem(L"three");
+    c.AddItem(L"two", 1);
+    EXPECT_EQ(3, c.ListCount());
+    EXPECT_EQ(L"two", c.List(1));
+    EXPECT_EQ(L"", c.List(3));
+    EXPECT_EQ(L"", c.List(-2));
+    EXPECT_THROW(c.AddItem(L"x", 9), std::out_of_range);
+    EXPECT_THROW(c.RemoveItem(3), std::out_of_range);
+    EXPECT_EQ(-1, c.ListIndex());
+    c.SetListIndex(2);
+    EXPECT_EQ(L"three", c.Text());
+    EXPECT_EQ(1, clicks);
+    c.SetListIndex(2);
+    EXPECT_EQ(1, clicks);
+    EXPECT_THROW(c.SetListIndex(3), std::out_of_range);
+    c.SetText(L"typed");
+    EXPECT_EQ(L"typed", c.Text());
+    EXPECT_EQ(1, changes);
+    // Typing goes to the edit field, whose keys are the combo box's.
+    int presses = 0;
+    c.on_key_press = [&](int16_t &) { ++presses; };
+    HWND field = FindWindowExW(c.hWnd(), nullptr, L"EDIT", nullptr);
+    ASSERT_TRUE(field);
+    SendMessageW(field, EM_SETSEL, 5, 5);
+    type(field, L"!");
+    EXPECT_EQ(1, presses);
+    EXPECT_EQ(L"typed!", c.Text());
+    c.RemoveItem(0);
+    EXPECT_EQ(2, c.ListCount());
+    c.Clear();
+    EXPECT_EQ(0, c.ListCount());
+
+    const float small = c.Height();
+    EXPECT_GT(small, 0);
+    c.SetFont(font(L"Tahoma", 24).get());
+    EXPECT_GT(c.Height(), small + 10 * tpp());
+    c.SetHeight(15); // the placement's height is the list's: the field keeps its own
+    EXPECT_GT(c.Height(), small);
+
+    ComboBox list(L"list", 0, 0, 1500, 2000, 2);
+    list.AddItem(L"alpha");
+    list.SetText(L"alpha");
+    EXPECT_EQ(0, list.ListIndex());
+    EXPECT_THROW(list.SetText(L"beta"), std::invalid_argument);
+    EXPECT_EQ(L"alpha", list.Text());
+}
+
+TEST_F(Constituents, UpDownArrowsKeepTheRangeAndReportEachClick)
+{
+    UpDown u(L"u", 0, 0, 255, 330);
+    EXPECT_EQ(0, u.Min());
+    EXPECT_EQ(10, u.Max());
+    u.SetMin(std::numeric_limits<int32_t>::min());
+    u.SetMax(std::numeric_limits<int32_t>::max());
+    EXPECT_EQ(std::numeric_limits<int32_t>::min(), u.Min());
+    EXPECT_EQ(std::numeric_limits<int32_t>::max(), u.Max());
+    u.SetMin(0);
+    u.SetMax(10);
+
+    EXPECT_TRUE(u.ArrowKeys());
+    EXPECT_TRUE(u.ThousandsSeparator());
+    EXPECT_FALSE(u.SyncBuddy());
+    EXPECT_EQ(0, u.BuddyAlignment());
+    u.SetArrowKeys(false);
+    u.SetThousandsSeparator(false);
+    u.SetSyncBuddy(true);
+    u.SetBuddyAlignment(2);
+    EXPECT_FALSE(u.ArrowKeys());
+    EXPECT_FALSE(u.ThousandsSeparator());
+    EXPECT_TRUE(u.SyncBuddy());
+    EXPECT_EQ(2, u.BuddyAlignment());
+    u.SetBuddyAlignment(1);
+    EXPECT_EQ(1, u.BuddyAlignment());
+    EXPECT_THROW(u.SetBuddyAlignment(3), std::invalid_argument);
+    EXPECT_EQ(1, u.BuddyAlignment());
+
+    std::vector<std::wstring> seen;
+    u.on_up_click = [&] { seen.push_back(L"up"); };
+    u.on_down_click = [&] { seen.push_back(L"down"); };
+    RECT r{};
+    GetClientRect(u.hWnd(), &r);
+    auto press = [&](bool upper) {
+        int y = upper ? 2 : r.bottom - 3;
+        test::mouse(u.hWnd(), WM_LBUTTONDOWN, 3, y, MK_LBUTTON);
+        test::mouse(u.hWnd(), WM_LBUTTONUP, 3, y);
+    };
+    press(true);
+    press(false);
+    u.SetValue(10); // at the top of the range: the up arrow still reports
+    press(true);
+    u.SetMin(10); // a range running downward: the arrows keep their meaning
+    u.SetMax(0);
+    press(true);
+    press(false);
+    EXPECT_EQ((std::vector<std::wstring>{L"up", L"down", L"up", L"up", L"down"}), seen);
+}
+
+TEST_F(Constituents, APictureBoxHasABorderOfEitherLook)
+{
+    PictureBox p(L"p", 0, 0, 600, 600);
+    EXPECT_EQ(1, p.BorderStyle());
+    EXPECT_EQ(1, p.Appearance());
+    EXPECT_TRUE(GetWindowLongPtrW(p.hWnd(), GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
+    p.SetAppearance(0);
+    EXPECT_TRUE(GetWindowLongPtrW(p.hWnd(), GWL_STYLE) & WS_BORDER);
+    EXPECT_FALSE(GetWindowLongPtrW(p.hWnd(), GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
+    p.SetBorderStyle(0);
+    EXPECT_EQ(0, p.BorderStyle());
+    EXPECT_EQ(0, p.Appearance());
+    EXPECT_THROW(p.SetBorderStyle(5), std::invalid_argument);
+    EXPECT_THROW(p.SetAppearance(-1), std::invalid_argument);
+    p.SetForeColor(0x00123456);
+    EXPECT_EQ(0x00123456u, p.ForeColor());
+}
+
+TEST_F(Constituents, AFontIsCopiedAndChangesThroughItsObjectReachTheWindowAtOnce)
+{
+    TextBox t(L"t", 0, 0, 1500, 300);
+    ASSERT_TRUE(t.Font());
+    ComPtr<IFontDisp> mine = font(L"Tahoma", 10);
+    t.SetFont(mine.get());
+    EXPECT_NE(mine.get(), t.Font().get());
+    HFONT before = reinterpret_cast<HFONT>(SendMessageW(t.hWnd(), WM_GETFONT, 0, 0));
+    ComPtr<IFont>(mine.as<IFont>(IID_IFont))->put_Bold(TRUE); // the caller's own object: no effect
+    EXPECT_FALSE(FontSpecOf(t.Font().get()).bold);
+    ComPtr<IFont>(t.Font().as<IFont>(IID_IFont))->put_Bold(TRUE); // the constituent's: at once
+    HFONT after = reinterpret_cast<HFONT>(SendMessageW(t.hWnd(), WM_GETFONT, 0, 0));
+    EXPECT_NE(before, after);
+    LOGFONTW lf{};
+    GetObjectW(after, sizeof lf, &lf);
+    EXPECT_GE(lf.lfWeight, FW_BOLD);
+    EXPECT_THROW(t.SetFont(nullptr), std::invalid_argument);
+    EXPECT_EQ(L"Tahoma", FontSpecOf(t.Font().get()).name);
+}
+
+TEST_F(Constituents, PrintingDrawsTheFrameTheColoursAndTheText)
+{
+    TextBox t(L"t", 150, 150, 1500, 375);
+    t.SetBackColor(0x0000FFFF);
+    t.SetForeColor(0x00FF0000);
+    t.SetText(L"WWW");
+    Bitmap b(150, 50, 0xFF00FF);
+    t.print(b.dc());
+    RECT r = placement(t.hWnd());
+    // The sunken edge's outer line, the background inside, text pixels in the fore colour.
+    EXPECT_EQ(GetSysColor(COLOR_BTNSHADOW), b.pixel(r.left, r.top));
+    EXPECT_EQ(0x0000FFFFu, b.pixel(r.right - 4, r.bottom - 4));
+    EXPECT_EQ(0xFF00FFu, b.pixel(r.right + 1, r.top)); // nothing outside
+    int x0 = r.left + 2, x1 = r.left + 30;
+    int fore = 0;
+    for (int y = r.top + 2; y < r.bottom - 2; ++y)
+        for (int x = x0; x < x1; ++x) fore += b.pixel(x, y) == 0x00FF0000u;
+    EXPECT_GT(fore, 10);
+    // Hidden: nothing drawn.
+    t.SetVisible(false);
+    Bitmap hidden(150, 50, 0xFF00FF);
+    t.print(hidden.dc());
+    EXPECT_EQ(hidden.width() * hidden.height(), hidden.count(0xFF00FF));
+}
+
+// ---------------------------------------------------------------- in a control
+
+namespace {
+
+// {712FA761-257D-4CD2-A8FE-0FCD7E971778}
+const CLSID CLSID_Composite = {0x712fa761, 0x257d, 0x4cd2, {0xa8, 0xfe, 0x0f, 0xcd, 0x7e, 0x97, 0x17, 0x78}};
+
+// A control made of one constituent of each kind, as the library's composites are.
+class Composite final : public ControlImpl<Composite, IDispatch> {
+public:
+    static const ControlClass Class;
+    static Composite *last;
+    Composite()
+        : txt(L"txt", 150, 150, 1500, 345), chk(L"chk", 150, 600, 1500, 300), cbo(L"cbo", 150, 1000, 1500, 1500),
+          udn(L"udn", 1800, 150, 255, 345), pic(L"pic", 2200, 150, 600, 600)
+    {
+        last = this;
+        add_constituent(pic);
+        add_constituent(txt);
+        add_constituent(chk);
+        add_constituent(cbo);
+        add_constituent(udn);
+        SetFocusConstituent(&txt);
+        for (WindowedConstituent *c : std::initializer_list<WindowedConstituent *>{&txt, &chk, &cbo, &udn, &pic}) {
+            std::wstring name = c->Name;
+            c->on_got_focus = [this, name] { log.push_back(name + L".GotFocus"); };
+            c->on_lost_focus = [this, name] { log.push_back(name + L".LostFocus"); };
+        }
+        txt.SetBackColor(0x0000FFFF);
+        pic.SetBackColor(0x00FF00FF);
+    }
+    ~Composite() override
+    {
+        if (last == this) last = nullptr;
+    }
+
+    TextBox txt;
+    CheckBox chk;
+    ComboBox cbo;
+    UpDown udn;
+    PictureBox pic;
+    std::vector<std::wstring> log;
+
+protected:
+    void Initialize() override { SetDesignSize(3000, 2700); }
+    void GotFocus() override { log.push_back(L"GotFocus"); }
+    void LostFocus() override { log.push_back(L"LostFocus"); }
+};
+
+const ControlClass Composite::Class = {
+    L"composite", L"Composite test control", &CLSID_Composite, &IID_IDispatch, nullptr,
+    OLEMISC_RECOMPOSEONRESIZE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST,
+    &Composite::Create};
+Composite *Composite::last = nullptr;
+
+class Factory final : public IClassFactory {
+public:
+    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override
+    {
+        *ppv = nullptr;
+        if (riid != IID_IUnknown && riid != IID_IClassFactory) return E_NOINTERFACE;
+        *ppv = static_cast<IClassFactory *>(this);
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP CreateInstance(IUnknown *outer, REFIID riid, void **ppv) override
+    {
+        return outer ? CLASS_E_NOAGGREGATION : Composite::Create(riid, ppv);
+    }
+    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
+};
+
+Factory g_factory;
+constexpr wchar_t kComposite[] = L"{712FA761-257D-4CD2-A8FE-0FCD7E971778}";
+
+class InAControl : public ControlTest {
+protected:
+    static void SetUpTestSuite()
+    {
+        module::set_instance(GetModuleHandleW(nullptr));
+        CoRegisterClassObject(CLSID_Composite, &g_factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
+    }
+    static void TearDownTestSuite() { CoRevokeClassObject(cookie_); }
+
+    Composite &place_composite(RECT pos = {0, 0, 200, 180})
+    {
+        Hosted &h = place(kComposite, pos);
+        hosted = &h;
+        EXPECT_TRUE(Composite::last);
+        return *Composite::last;
+    }
+    // The calls a control that takes the focus makes on its site.
+    void allow_focus_calls()
+    {
+        for (const wchar_t *call : {L"IOleInPlaceSite::OnUIActivate", L"IOleInPlaceSite::GetWindowContext",
+                                    L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"})
+            hosted->log().allow(call);
+    }
+
+    Hosted *hosted = nullptr;
+    static inline DWORD cookie_ = 0;
+};
+
+} // namespace
+
+TEST_F(InAControl, ActivationTakesTheWindowsInAndDeactivationParksThemWithTheirState)
+{
+    Composite &c = place_composite();
+    c.txt.SetText(L"before");
+    c.chk.SetValue(1);
+    EXPECT_EQ(WindowedConstituent::holder(), GetParent(c.txt.hWnd()));
+    ASSERT_EQ(S_OK, hosted->activate());
+    HWND control = hosted->hwnd();
+    for (WindowedConstituent *w : std::initializer_list<WindowedConstituent *>{&c.txt, &c.chk, &c.cbo, &c.udn, &c.pic})
+        EXPECT_EQ(control, GetParent(w->hWnd())) << narrow(w->Name);
+    EXPECT_TRUE(IsWindowVisible(c.txt.hWnd()));
+    // Later constituents lie above earlier ones: the picture box is the lowest.
+    EXPECT_EQ(c.pic.hWnd(), GetWindow(c.txt.hWnd(), GW_HWNDLAST));
+    EXPECT_EQ(L"before", c.txt.Text());
+    c.txt.SetText(L"in place");
+    ASSERT_EQ(S_OK, hosted->deactivate());
+    EXPECT_EQ(WindowedConstituent::holder(), GetParent(c.txt.hWnd()));
+    EXPECT_EQ(L"in place", c.txt.Text());
+    EXPECT_EQ(1, c.chk.Value());
+    EXPECT_FALSE(IsWindowVisible(c.txt.hWnd()));
+    ASSERT_EQ(S_OK, hosted->activate()); // and in again
+    EXPECT_EQ(hosted->hwnd(), GetParent(c.txt.hWnd()));
+}
+
+TEST_F(InAControl, AContainerThatDestroysItsWindowLeavesTheConstituentsTheirs)
+{
+    Container other;
+    Hosted h(other, kComposite, {0, 0, 200, 180});
+    Composite *c = Composite::last;
+    ASSERT_TRUE(c);
+    ASSERT_EQ(S_OK, h.activate());
+    c->txt.SetText(L"survives");
+    DestroyWindow(other.hwnd());
+    EXPECT_TRUE(IsWindow(c->txt.hWnd()));
+    EXPECT_EQ(WindowedConstituent::holder(), GetParent(c->txt.hWnd()));
+    EXPECT_EQ(L"survives", c->txt.Text());
+    h.log().allow(L"IOleInPlaceSite::OnInPlaceDeactivate");
+    h.log().allow(L"IOleInPlaceSite::OnUIDeactivate");
+    h.log().allow(L"IOleInPlaceSite::GetWindowContext");
+    EXPECT_EQ(0u, h.close());
+}
+
+TEST_F(InAControl, TheControlsOneDrawPathShowsItsWindowedConstituents)
+{
+    Composite &c = place_composite();
+    c.txt.SetText(L"");
+    // Not in place: drawn from the holder.
+    Bitmap off = hosted->render(200, 180);
+    RECT t = placement(c.txt.hWnd()), p = placement(c.pic.hWnd());
+    EXPECT_EQ(0x0000FFFFu, off.pixel(t.left + 5, t.top + 5));
+    EXPECT_EQ(GetSysColor(COLOR_BTNSHADOW), off.pixel(t.left, t.top)); // its sunken edge
+    EXPECT_EQ(0x00FF00FFu, off.pixel(p.left + 5, p.top + 5));
+    EXPECT_EQ(GetSysColor(COLOR_BTNFACE), off.pixel(199, 179)); // the surface around them
+    off.save_png(output_path(L"composite-render.png"));
+    // In place: the window's own painting is the same picture.
+    hosted->activate();
+    Bitmap window = hosted->capture();
+    EXPECT_EQ(off.hash(), window.hash());
+}
+
+TEST_F(InAControl, TheFocusGoesToTheFocusConstituentAndLeavingTheControlIsHeardFirst)
+{
+    Composite &c = place_composite();
+    hosted->activate();
+    allow_focus_calls();
+    SetFocus(hosted->hwnd());
+    EXPECT_EQ(c.txt.hWnd(), GetFocus());
+    EXPECT_EQ((std::vector<std::wstring>{L"GotFocus", L"txt.GotFocus"}), c.log);
+    c.log.clear();
+    // Within the control: only the constituents hear of it.
+    c.chk.SetFocus();
+    EXPECT_EQ((std::vector<std::wstring>{L"txt.LostFocus", L"chk.GotFocus"}), c.log);
+    c.log.clear();
+    // Clicking the control's surface keeps the focus where it is.
+    click(hosted->hwnd(), 195, 175);
+    EXPECT_EQ(c.chk.hWnd(), GetFocus());
+    // The combo box's edit field is the combo box.
+    c.cbo.SetFocus();
+    EXPECT_TRUE(c.cbo.HasFocus());
+    EXPECT_EQ((std::vector<std::wstring>{L"chk.LostFocus", L"cbo.GotFocus"}), c.log);
+    c.log.clear();
+    // Out of the control: the control first, then the constituent that had it.
+    SetFocus(form.hwnd());
+    EXPECT_EQ((std::vector<std::wstring>{L"LostFocus", L"cbo.LostFocus"}), c.log);
+    EXPECT_EQ((std::vector<std::wstring>{L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"}),
+              [&] {
+                  std::vector<std::wstring> focus;
+                  for (const std::wstring &call : hosted->log().calls())
+                      if (call.find(L"OnFocus") != std::wstring::npos) focus.push_back(call);
+                  return focus;
+              }());
+    // Deactivating with the focus inside hands it back to the container first.
+    c.txt.SetFocus();
+    hosted->deactivate();
+    EXPECT_FALSE(WindowWithin(WindowedConstituent::holder(), GetFocus()));
+}
+
+TEST_F(InAControl, RepeatedColourChangesDrawingAndMovingLeaveNoObjectsBehind)
+{
+    Composite &c = place_composite();
+    hosted->activate();
+    hosted->render(200, 180);
+    pump();
+    long gdi = ProcessGdiObjects(), windows = ProcessWindows();
+    for (int i = 0; i < 300; ++i) {
+        c.txt.SetBackColor(i % 2 ? 0x00FFFFFF : 0x0000FF00);
+        c.pic.SetBackColor(i % 3 ? 0x80000005 : 0x00000080);
+        c.txt.Move(150, 150, 1000.0f + i, 345);
+        hosted->render(200, 180);
+        UpdateWindow(hosted->hwnd());
+        if (i % 50 == 0) {
+            hosted->deactivate();
+            hosted->activate();
+        }
+    }
+    pump();
+    if (gdi >= 0) {
+        EXPECT_EQ(gdi, ProcessGdiObjects());
+    }
+    EXPECT_EQ(windows, ProcessWindows());
+}
+
