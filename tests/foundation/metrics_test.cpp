@@ -12,6 +12,7 @@
 #include "foundation/registry.h"
 #include "foundation/themes.h"
 #include "runtime/com.h"
+#include "support/fake_machine_key.h"
 
 using namespace tarn;
 
@@ -79,42 +80,9 @@ TEST(Colors, TranslateColorResolvesSystemColoursAndRefusesTheInvalid)
     EXPECT_EQ(GetSysColor(COLOR_WINDOW), BlendColors(0x80000005, 0x80000008, 255));
 }
 
-namespace {
-
-// Points HKEY_LOCAL_MACHINE of this process at a private key for the test's lifetime, so the
-// version text can be controlled without touching the machine.
-class FakeMachineKey {
-public:
-    FakeMachineKey()
-    {
-        RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\TarnTests\\HKLM");
-        RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TarnTests\\HKLM", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_,
-                        nullptr);
-        RegOverridePredefKey(HKEY_LOCAL_MACHINE, key_);
-    }
-    ~FakeMachineKey()
-    {
-        RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
-        RegCloseKey(key_);
-        RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\TarnTests");
-    }
-    void set(const wchar_t *path, const wchar_t *name, const wchar_t *text)
-    {
-        RegSetKeyValueW(key_, path, name, REG_SZ, text, static_cast<DWORD>((wcslen(text) + 1) * sizeof(wchar_t)));
-    }
-    void set_dword(const wchar_t *path, const wchar_t *name, DWORD v)
-    {
-        RegSetKeyValueW(key_, path, name, REG_DWORD, &v, sizeof v);
-    }
-
-private:
-    HKEY key_ = nullptr;
-};
-
-constexpr wchar_t kWindows[] = L"SOFTWARE\\MICROSOFT\\WINDOWS\\CURRENTVERSION";
-constexpr wchar_t kNt[] = L"SOFTWARE\\MICROSOFT\\WINDOWS NT\\CURRENTVERSION";
-
-} // namespace
+using test::FakeMachineKey;
+constexpr const wchar_t *kWindows = test::kWindowsKey;
+constexpr const wchar_t *kNt = test::kWindowsNtKey;
 
 TEST(Version, VersionNumberFirstThenTheNtCurrentVersion)
 {
