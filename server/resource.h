@@ -2,3 +2,5 @@
 #pragma once
 
 #define IDB_TOOLBOX_CFRAME 101
+#define IDB_TOOLBOX_UPDOWN 102
+#define IDB_TOOLBOX_LNEV 103
