@@ -1,6 +1,7 @@
 #include "server/classes.h"
 
 #include "frames/cframe.h"
+#include "frames/lnev.h"
 #include "inputs/updown.h"
 #include "server/resource.h"
 
@@ -10,6 +11,7 @@ namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
     {&updown::Class, IDB_TOOLBOX_UPDOWN},
+    {&lnev::Class, IDB_TOOLBOX_LNEV},
 };
 } // namespace
 
