@@ -2,6 +2,7 @@
 
 #include "frames/cframe.h"
 #include "frames/lnev.h"
+#include "grid/grdchk.h"
 #include "inputs/updown.h"
 #include "server/resource.h"
 
@@ -12,6 +13,7 @@ const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
     {&updown::Class, IDB_TOOLBOX_UPDOWN},
     {&lnev::Class, IDB_TOOLBOX_LNEV},
+    {&grdchk::Class, 0}, // private: the grid places it
 };
 } // namespace
 

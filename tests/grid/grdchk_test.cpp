@@ -1,0 +1,221 @@
+// The grid check box through the real DLL in the test container: its two value keys, the
+// inner check box's events passed on through real messages, its place a little left of the
+// centre, what keeps it out of hosts' toolboxes, and bad input.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "foundation/metrics.h"
+#include "support/control_test.h"
+#include "support/resource_counts.h"
+#include "tarnctls_h.h"
+
+using namespace tarn;
+using namespace tarn::test;
+
+namespace {
+
+constexpr wchar_t kProgId[] = L"TarnControls.grdchk";
+const std::vector<std::wstring> kKeys = {L"ENABLED", L"VALUE", L"Value", L"BackColor"};
+
+Variant ole(OleColor c) { return I4(static_cast<int32_t>(c)); }
+OleColor colour(Hosted &h) { return static_cast<OleColor>(as_integer(h.get(L"BACKCOLOR"))); }
+HWND check_box(Hosted &h) { return FindWindowExW(h.hwnd(), nullptr, L"Button", nullptr); }
+
+RECT placement(HWND w)
+{
+    RECT r{};
+    GetWindowRect(w, &r);
+    MapWindowPoints(HWND_DESKTOP, GetParent(w), reinterpret_cast<POINT *>(&r), 2);
+    return r;
+}
+
+class GridCheckTest : public ControlTest {
+protected:
+    Hosted &active(RECT pos = {10, 10, 110, 27})
+    {
+        Hosted &h = place(kProgId, pos);
+        EXPECT_EQ(S_OK, h.activate());
+        for (const wchar_t *call : {L"IOleInPlaceSite::OnUIActivate", L"IOleInPlaceSite::GetWindowContext",
+                                    L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"})
+            h.log().allow(call);
+        EXPECT_TRUE(check_box(h));
+        return h;
+    }
+};
+
+} // namespace
+
+TEST_F(GridCheckTest, ANewOneIsUncheckedEnabledOnButtonFaceAndStoresNothing)
+{
+    Hosted &c = place(kProgId);
+    EXPECT_EQ(0, as_integer(c.get(L"Value")));
+    EXPECT_TRUE(as_integer(c.get(L"Enabled")));
+    EXPECT_EQ(0x8000000Fu, colour(c));
+    ComPtr<Bag> bag = c.save_bag();
+    EXPECT_TRUE(bag->keys().empty()); // every key equals its default
+    ComPtr<Bag> empty = Bag::Create();
+    place(kProgId, {10, 40, 110, 57}, Init::FromBag, empty.get());
+    EXPECT_EQ(kKeys, empty->reads);
+}
+
+TEST_F(GridCheckTest, BothValueKeysAreWrittenAndReadAndValueWins)
+{
+    Hosted &c = place(kProgId);
+    c.put(L"Value", I2(1));
+    c.put(L"Enabled", Bool(false));
+    c.put(L"BACKCOLOR", ole(0x00112233));
+    EXPECT_EQ((std::vector<std::wstring>{L"Value", L"ENABLED", L"BackColor"}), c.log().changes);
+    ComPtr<Bag> bag = c.save_bag();
+    EXPECT_EQ(kKeys, bag->writes);
+    EXPECT_EQ(1, as_integer(bag->get(L"VALUE")));
+    EXPECT_EQ(1, as_integer(bag->get(L"Value")));
+    Hosted &again = place(kProgId, {10, 40, 110, 57}, Init::FromBag, bag.get());
+    EXPECT_EQ(1, as_integer(again.get(L"Value")));
+    EXPECT_FALSE(as_integer(again.get(L"Enabled")));
+    EXPECT_EQ(0x00112233u, colour(again));
+    ComPtr<IStream> stream = c.save_stream();
+    Hosted &from_stream = place(kProgId, {10, 70, 110, 87}, Init::FromStream, stream.get());
+    EXPECT_EQ(1, as_integer(from_stream.get(L"Value")));
+    EXPECT_FALSE(as_integer(from_stream.get(L"Enabled")));
+    EXPECT_EQ(0x00112233u, colour(from_stream));
+
+    // Different values under the two keys: the later one read, "Value", decides.
+    ComPtr<Bag> mixed = Bag::Create();
+    mixed->set(L"VALUE", I2(1));
+    mixed->set(L"Value", I2(0));
+    EXPECT_EQ(0, as_integer(place(kProgId, {10, 100, 110, 117}, Init::FromBag, mixed.get()).get(L"Value")));
+    mixed->set(L"VALUE", I2(0));
+    mixed->set(L"Value", I2(1));
+    EXPECT_EQ(1, as_integer(place(kProgId, {10, 130, 110, 147}, Init::FromBag, mixed.get()).get(L"Value")));
+    // Only one of them stored: it counts where the other is missing.
+    ComPtr<Bag> upper = Bag::Create();
+    upper->set(L"VALUE", I2(1));
+    EXPECT_EQ(0, as_integer(place(kProgId, {10, 160, 110, 177}, Init::FromBag, upper.get()).get(L"Value")));
+}
+
+TEST_F(GridCheckTest, AValueWriteClicksOnceAndBadValuesAreRefused)
+{
+    Hosted &c = place(kProgId);
+    c.put(L"Value", I2(1));
+    EXPECT_EQ(std::vector<std::wstring>{L"Click"}, c.log().event_names());
+    c.put(L"Value", I2(1));
+    EXPECT_EQ(1u, c.log().events.size());
+    for (int16_t bad : {2, -1, 32767}) EXPECT_EQ(S_OK, c.put(L"Value", I2(bad)));
+    EXPECT_EQ(S_OK, c.put(L"Value", Str(L"checked")));
+    EXPECT_EQ(S_OK, c.put(L"BACKCOLOR", ole(0x7F000000)));
+    EXPECT_EQ(1, as_integer(c.get(L"Value")));
+    EXPECT_EQ(0x8000000Fu, colour(c));
+    ComPtr<Bag> bag = Bag::Create();
+    bag->set(L"VALUE", I2(7));
+    bag->set(L"Value", Str(L"yes"));
+    bag->set(L"ENABLED", R8(1e300));
+    bag->set(L"BackColor", Str(L"red"));
+    Hosted &odd = place(kProgId, {10, 40, 110, 57}, Init::FromBag, bag.get());
+    EXPECT_EQ(S_OK, odd.init_result());
+    EXPECT_EQ(0, as_integer(odd.get(L"Value")));
+    EXPECT_TRUE(as_integer(odd.get(L"Enabled")));
+    EXPECT_EQ(0x8000000Fu, colour(odd));
+}
+
+TEST_F(GridCheckTest, TheCheckBoxsEventsArriveUnchanged)
+{
+    Hosted &c = active();
+    HWND box = check_box(c);
+    c.log().clear_events();
+    test::mouse(box, WM_MOUSEMOVE, 5, 6);
+    click(box, 5, 6);
+    const std::wstring at = L"," + std::to_wstring(std::lround(5 * TwipsPerPixelX())) + L"," +
+                            std::to_wstring(std::lround(6 * TwipsPerPixelY())) + L")";
+    EXPECT_EQ((std::vector<std::wstring>{L"MouseMove(0,0" + at, L"MouseDown(1,0" + at, L"MouseUp(1,0" + at, L"Click"}),
+              c.log().event_texts());
+    EXPECT_EQ(1, as_integer(c.get(L"Value")));
+    // The space bar: KeyDown, KeyPress, KeyUp with the check box's arguments, and the toggle.
+    c.log().clear_events();
+    SendMessageW(box, WM_KEYDOWN, VK_SPACE, 1);
+    SendMessageW(box, WM_CHAR, L' ', 1);
+    SendMessageW(box, WM_KEYUP, VK_SPACE, 0xC0000001);
+    EXPECT_EQ((std::vector<std::wstring>{L"KeyDown(32,0)", L"KeyPress(32)", L"KeyUp(32,0)", L"Click"}),
+              c.log().event_texts());
+    EXPECT_EQ(0, as_integer(c.get(L"Value")));
+    // A host that clears the key code swallows the key: no toggle.
+    c.log().on_event = [](const std::wstring &name, DISPPARAMS *params) {
+        if (name == L"KeyDown" || name == L"KeyUp") *V_I2REF(&params->rgvarg[1]) = 0;
+    };
+    c.log().clear_events();
+    SendMessageW(box, WM_KEYDOWN, VK_SPACE, 1);
+    SendMessageW(box, WM_KEYUP, VK_SPACE, 0xC0000001);
+    EXPECT_EQ((std::vector<std::wstring>{L"KeyDown", L"KeyUp"}), c.log().event_names());
+    EXPECT_EQ(0, as_integer(c.get(L"Value")));
+    // Disabled: no input reaches it.
+    c.put(L"Enabled", Bool(false));
+    EXPECT_FALSE(IsWindowEnabled(box));
+}
+
+TEST_F(GridCheckTest, SitsALittleLeftOfTheCentreEvenOutsideANarrowCell)
+{
+    Hosted &c = active({10, 10, 110, 27});
+    HWND box = check_box(c);
+    const double tpp = TwipsPerPixelX();
+    auto expected_left = [&](int width_px) {
+        return static_cast<LONG>(std::floor(((width_px * tpp - 225) - 60) * 0.5 / tpp + 1e-6));
+    };
+    EXPECT_EQ(expected_left(100), placement(box).left);
+    c.move({10, 10, 40, 27});
+    EXPECT_EQ(expected_left(30), placement(box).left);
+    c.move({10, 10, 12, 27}); // narrower than the box and 60 twips
+    EXPECT_LT(placement(box).left, 0);
+    EXPECT_EQ(expected_left(2), placement(box).left);
+    c.move({10, 10, 10, 10});
+    c.move({10, 10, 9, 5});
+    UpdateWindow(c.hwnd());
+}
+
+TEST_F(GridCheckTest, ItStaysOutOfHostsToolboxes)
+{
+    wchar_t clsid[64];
+    StringFromGUID2(CLSID_grdchk, clsid, 64);
+    const std::wstring key = std::wstring(L"CLSID\\") + clsid;
+    HKEY k = nullptr;
+    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CLASSES_ROOT, (key + L"\\InprocServer32").c_str(), 0, KEY_READ, &k));
+    RegCloseKey(k);
+    EXPECT_NE(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CLASSES_ROOT, (key + L"\\Control").c_str(), 0, KEY_READ, &k));
+    EXPECT_NE(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CLASSES_ROOT, (key + L"\\ToolboxBitmap32").c_str(), 0, KEY_READ, &k));
+    // In the type library: hidden, and not flagged as a control.
+    Hosted &c = place(kProgId);
+    ComPtr<ITypeInfo> cls;
+    ASSERT_EQ(S_OK, c.as<IProvideClassInfo>(IID_IProvideClassInfo)->GetClassInfo(cls.put()));
+    TYPEATTR *attr = nullptr;
+    ASSERT_EQ(S_OK, cls->GetTypeAttr(&attr));
+    EXPECT_TRUE(attr->wTypeFlags & TYPEFLAG_FHIDDEN);
+    EXPECT_FALSE(attr->wTypeFlags & TYPEFLAG_FCONTROL);
+    EXPECT_TRUE(attr->wTypeFlags & TYPEFLAG_FCANCREATE);
+    cls->ReleaseTypeAttr(attr);
+}
+
+TEST_F(GridCheckTest, DrawsTheBoxOnTheCellsColourAndLeavesNothingBehind)
+{
+    DllResourceCounter dll;
+    ASSERT_TRUE(dll.installed());
+    Hosted &c = active({0, 0, 100, 17});
+    c.put(L"BACKCOLOR", ole(0x0000FFFF));
+    c.put(L"Value", I2(1));
+    Bitmap b = c.render(100, 17);
+    b.save_png(output_path(L"grdchk.png"));
+    EXPECT_EQ(0x0000FFFFu, b.pixel(1, 1));
+    EXPECT_EQ(0x0000FFFFu, b.pixel(98, 15));
+    EXPECT_GT(b.count(0), 5); // the check mark
+    UpdateWindow(c.hwnd());
+    pump();
+    long gdi = dll.gdi_objects(), dcs = dll.dcs(), windows = ProcessWindows();
+    for (int i = 0; i < 1000; ++i) {
+        c.move({0, 0, 20 + i % 200, 17});
+        c.put(L"BACKCOLOR", ole(i % 2 ? 0x0000FFFF : 0x80000005));
+        if (i % 10 == 0) c.render(100, 17);
+        UpdateWindow(c.hwnd());
+    }
+    pump();
+    EXPECT_EQ(gdi, dll.gdi_objects());
+    EXPECT_EQ(dcs, dll.dcs());
+    EXPECT_EQ(windows, ProcessWindows());
+}
