@@ -32,9 +32,21 @@ struct Exhibit {
     const wchar_t *progid;
     SIZE size; // pixels
     std::vector<Setting> settings;
+    // Shown in the middle of a button-face panel, the surface it is made for.
+    bool on_face = false;
 };
 
 Variant colour(OleColor c) { return I4(static_cast<int32_t>(c)); }
+
+Variant font(const wchar_t *name, double size, bool bold = false)
+{
+    FontSpec spec;
+    spec.name = name;
+    spec.size = size;
+    spec.bold = bold;
+    ComPtr<IFontDisp> f = ComPtr<IFontDisp>::attach(CreateFontObject(spec));
+    return Variant::of_dispatch(f.get());
+}
 
 std::vector<Exhibit> exhibits()
 {
@@ -78,7 +90,34 @@ std::vector<Exhibit> exhibits()
           {L"TopLightShadowColor", colour(0x00F0E0D0)},
           {L"RightShadowColor", colour(0x00F0E0D0)},
           {L"BottomShadowColor", colour(0x00F0E0D0)}}},
+        {L"updown: default (1, range 0 to 10)", L"TarnControls.updown", {120, 21}, {}},
+        {L"updown: decimals, right-aligned",
+         L"TarnControls.updown",
+         {120, 21},
+         {{L"AllowDecPoint", Bool(true)}, {L"Max", I4(100)}, {L"Alignment", I2(1)}, {L"Text", Str(L"12.5")}}},
+        {L"updown: disabled", L"TarnControls.updown", {120, 21}, {{L"Text", Str(L"7")}, {L"Enabled", Bool(false)}}},
+        {L"updown: large bold font, own colours",
+         L"TarnControls.updown",
+         {160, 21},
+         {{L"Font", font(L"Tahoma", 14, true)},
+          {L"BACKCOLOR", colour(0x00E0FFFF)},
+          {L"ForeColor", colour(0x00800000)},
+          {L"Max", I4(2000)},
+          {L"Text", Str(L"1024")}}},
+        {L"lnev: divider, 30 twips wide", L"TarnControls.lnev", {2, 50}, {}, true},
+        {L"grdchk: checked, window-coloured cell",
+         L"TarnControls.grdchk",
+         {120, 17},
+         {{L"BACKCOLOR", colour(0x80000005)}, {L"Value", I2(1)}}},
+        {L"grdchk: unchecked, disabled", L"TarnControls.grdchk", {120, 17}, {{L"Enabled", Bool(false)}}},
     };
+}
+
+int screen_dpi(int index)
+{
+    window_dc screen(nullptr);
+    int dpi = screen.get() ? GetDeviceCaps(screen.get(), index) : 96;
+    return dpi > 0 ? dpi : 96;
 }
 
 constexpr int kColumns = 2, kMargin = 16, kTitle = 18, kCellWidth = 260, kCellHeight = 80;
@@ -87,6 +126,7 @@ struct Placed {
     std::wstring title;
     RECT pos;
     std::unique_ptr<Hosted> control;
+    RECT panel; // empty when there is none
 };
 
 std::vector<Placed> place_all(Container &form)
@@ -97,6 +137,11 @@ std::vector<Placed> place_all(Container &form)
         const Exhibit &e = list[i];
         int col = static_cast<int>(i % kColumns), row = static_cast<int>(i / kColumns);
         int x = kMargin + col * kCellWidth, y = kMargin + row * kCellHeight + kTitle;
+        RECT panel{};
+        if (e.on_face) {
+            panel = {x, y, x + kCellWidth - kMargin, y + e.size.cy};
+            x += (kCellWidth - kMargin - e.size.cx) / 2;
+        }
         RECT pos{x, y, x + e.size.cx, y + e.size.cy};
         auto h = std::make_unique<Hosted>(form, e.progid, pos);
         if (!h->ok()) {
@@ -104,7 +149,16 @@ std::vector<Placed> place_all(Container &form)
             continue;
         }
         for (const Setting &s : e.settings) h->put(s.property, s.value);
-        out.push_back({e.title, pos, std::move(h)});
+        // Controls that size themselves (a box to its font's height, a divider to its width)
+        // are shown at the size they took.
+        SIZEL extent{};
+        if (ComPtr<IOleObject> ole = h->as<IOleObject>(IID_IOleObject);
+            ole && SUCCEEDED(ole->GetExtent(DVASPECT_CONTENT, &extent)) && extent.cx > 0 && extent.cy > 0) {
+            pos.right = pos.left + MulDiv(extent.cx, screen_dpi(LOGPIXELSX), 2540);
+            pos.bottom = pos.top + MulDiv(extent.cy, screen_dpi(LOGPIXELSY), 2540);
+        }
+        if (e.on_face) panel.bottom = pos.bottom;
+        out.push_back({e.title, pos, std::move(h), panel});
     }
     return out;
 }
@@ -115,14 +169,17 @@ SIZE page_size(size_t count)
     return {kMargin * 2 + kColumns * kCellWidth, kMargin * 2 + rows * kCellHeight};
 }
 
-void draw_titles(HDC dc, const std::vector<Placed> &placed)
+// The page under the controls: panels and titles.
+void draw_page(HDC dc, const std::vector<Placed> &placed)
 {
     unique_font font(CreateFontW(-12, 0, 0, 0, FW_BOLD, 0, 0, 0, DEFAULT_CHARSET, 0, 0, ANTIALIASED_QUALITY, 0, L"Tahoma"));
     select_guard use(dc, font.get());
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
     for (const Placed &p : placed) {
-        RECT r{p.pos.left, p.pos.top - kTitle, p.pos.left + kCellWidth - kMargin, p.pos.top - 2};
+        if (!IsRectEmpty(&p.panel)) FillRect(dc, &p.panel, GetSysColorBrush(COLOR_BTNFACE));
+        LONG left = IsRectEmpty(&p.panel) ? p.pos.left : p.panel.left;
+        RECT r{left, p.pos.top - kTitle, left + kCellWidth - kMargin, p.pos.top - 2};
         DrawTextW(dc, p.title.c_str(), -1, &r, DT_SINGLELINE | DT_BOTTOM | DT_END_ELLIPSIS);
     }
 }
@@ -133,7 +190,7 @@ int render_png(const std::wstring &path)
     std::vector<Placed> placed = place_all(form);
     SIZE size = page_size(placed.size());
     Bitmap page(size.cx, size.cy, GetSysColor(COLOR_WINDOW));
-    draw_titles(page.dc(), placed);
+    draw_page(page.dc(), placed);
     for (Placed &p : placed) {
         ComPtr<IViewObject> view = p.control->as<IViewObject>(IID_IViewObject);
         RECTL bounds{p.pos.left, p.pos.top, p.pos.right, p.pos.bottom};
@@ -154,7 +211,7 @@ LRESULT CALLBACK page_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp)
     if (msg == WM_PAINT && g_placed) {
         PAINTSTRUCT ps;
         HDC dc = BeginPaint(hwnd, &ps);
-        draw_titles(dc, *g_placed);
+        draw_page(dc, *g_placed);
         EndPaint(hwnd, &ps);
         return 0;
     }

@@ -33,9 +33,9 @@ int16_t TextBox::Alignment() const
 void TextBox::SetAlignment(int16_t alignment)
 {
     if (alignment < 0 || alignment > 2) throw std::invalid_argument("alignment");
-    set_style_bits(ES_RIGHT | ES_CENTER, false);
-    set_style_bits(kAlignments[alignment], true);
-    Refresh();
+    if (alignment == Alignment()) return;
+    // An edit window takes its alignment when it is made.
+    recreate((style() & ~static_cast<LONG_PTR>(ES_RIGHT | ES_CENTER)) | kAlignments[alignment]);
 }
 
 int32_t TextBox::MaxLength() const
@@ -94,6 +94,15 @@ void TextBox::SetBorderStyle(int16_t style)
 {
     if (style < 0 || style > 1) throw std::invalid_argument("border style");
     set_ex_style_bits(WS_EX_CLIENTEDGE, style == 1);
+}
+
+void TextBox::carry_state(HWND from, HWND to)
+{
+    SendMessageW(to, EM_SETLIMITTEXT, static_cast<WPARAM>(SendMessageW(from, EM_GETLIMITTEXT, 0, 0)), 0);
+    SetWindowTextW(to, window_text().c_str());
+    DWORD start = 0, end = 0;
+    SendMessageW(from, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+    SendMessageW(to, EM_SETSEL, start, end);
 }
 
 bool TextBox::on_command(WORD code, LRESULT &result)

@@ -40,6 +40,7 @@ public:
 protected:
     bool on_command(WORD code, LRESULT &result) override;
     bool clicks_from_mouse() const override { return true; }
+    void carry_state(HWND from, HWND to) override;
 };
 
 } // namespace tarn

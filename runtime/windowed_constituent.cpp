@@ -369,6 +369,30 @@ void WindowedConstituent::set_ex_style_bits(LONG_PTR bits, bool on)
     SetWindowPos(hwnd_, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
 }
 
+void WindowedConstituent::recreate(LONG_PTR new_style)
+{
+    if (!hwnd_) return;
+    HWND old = hwnd_;
+    wchar_t cls[64] = {};
+    GetClassNameW(old, cls, 64);
+    RECT r = rect_in_parent(old);
+    HWND fresh = CreateWindowExW(static_cast<DWORD>(GetWindowLongPtrW(old, GWL_EXSTYLE)), cls, L"",
+                                 static_cast<DWORD>(new_style), r.left, r.top, r.right - r.left, r.bottom - r.top,
+                                 GetParent(old), nullptr, module::instance(), nullptr);
+    if (!fresh) throw std::runtime_error("cannot make the window again");
+    // The old window says nothing more as it goes.
+    RemovePropW(old, kConstituentProp);
+    RemoveWindowSubclass(old, &WindowedConstituent::subclass_proc, kSubclassId);
+    const bool focused = GetFocus() == old;
+    carry_state(old, fresh);
+    SetWindowPos(fresh, old, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    hwnd_ = fresh;
+    subclass_part(fresh);
+    apply_font();
+    DestroyWindow(old);
+    if (focused) ::SetFocus(fresh);
+}
+
 void WindowedConstituent::fire(const std::function<void()> &handler)
 {
     if (handler) step([&] { handler(); });

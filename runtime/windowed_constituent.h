@@ -148,6 +148,11 @@ protected:
     void set_style_bits(LONG_PTR bits, bool on);
     // Extended style bits change the window's frame, which is then drawn again.
     void set_ex_style_bits(LONG_PTR bits, bool on);
+    // Makes the window again with `style`, for styles a window reads only when it is created
+    // (a text box's alignment); the kind carries its state over (carry_state), the placement,
+    // parent, stacking, font and focus come along.
+    void recreate(LONG_PTR style);
+    virtual void carry_state(HWND from, HWND to) {}
     // Raises a handler under the trap.
     static void fire(const std::function<void()> &handler);
 

@@ -173,6 +173,44 @@ TEST_F(Constituents, ATextBoxKeepsItsStateInItsWindow)
     EXPECT_EQ(syscolor::Window, t.BackColor());
 }
 
+TEST_F(Constituents, ANewAlignmentShowsAndKeepsEverythingElse)
+{
+    TextBox t(L"t", 0, 0, 3000, 345);
+    t.SetBorderStyle(0);
+    t.SetText(L"WW");
+    t.SetMaxLength(4);
+    t.SetBackColor(0x0000FFFF);
+    t.SetForeColor(0x00FF0000);
+    t.SetEnabled(false);
+    int presses = 0;
+    t.on_key_press = [&](int16_t &) { ++presses; };
+    auto ink = [&](bool left_half) {
+        Bitmap b(200, 23, 0xFF00FF);
+        t.print(b.dc());
+        int n = 0;
+        for (int y = 0; y < 23; ++y)
+            for (int x = left_half ? 0 : 100; x < (left_half ? 100 : 200); ++x) n += b.pixel(x, y) == GetSysColor(COLOR_GRAYTEXT);
+        return n;
+    };
+    EXPECT_GT(ink(true), 0);
+    EXPECT_EQ(0, ink(false));
+    t.SetAlignment(1);
+    EXPECT_EQ(1, t.Alignment());
+    EXPECT_EQ(0, ink(true));
+    EXPECT_GT(ink(false), 0);
+    // The window was made again: everything else came along.
+    EXPECT_EQ(L"WW", t.Text());
+    EXPECT_EQ(4, t.MaxLength());
+    EXPECT_FALSE(t.Enabled());
+    EXPECT_EQ(0, t.BorderStyle());
+    EXPECT_EQ(WindowedConstituent::holder(), GetParent(t.hWnd()));
+    t.SetEnabled(true);
+    t.SetSelStart(2);
+    type(t.hWnd(), L"123");
+    EXPECT_EQ(L"WW12", t.Text());
+    EXPECT_EQ(3, presses);
+}
+
 TEST_F(Constituents, KeyHandlersSeeRealKeyMessagesAndMaySwallowOrReplaceThem)
 {
     TextBox t(L"t", 0, 0, 1500, 300);
