@@ -5,10 +5,9 @@
 namespace tarn {
 
 CheckBox::CheckBox(std::wstring name, float left, float top, float width, float height)
-    : WindowedConstituent(std::move(name), L"BUTTON", WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, 0, left, top, width,
-                          height)
+    : ColoredConstituent(std::move(name), L"BUTTON", WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, 0, left, top, width,
+                         height, syscolor::ButtonFace, syscolor::ButtonText)
 {
-    use_colors(syscolor::ButtonFace, syscolor::ButtonText);
 }
 
 int16_t CheckBox::Value() const

@@ -8,7 +8,7 @@
 
 namespace tarn {
 
-class CheckBox final : public WindowedConstituent {
+class CheckBox final : public ColoredConstituent {
 public:
     CheckBox(std::wstring name, float left, float top, float width, float height);
 
@@ -17,11 +17,6 @@ public:
     void SetValue(int16_t value);
     std::wstring Caption() const;
     void SetCaption(const std::wstring &caption);
-
-    using WindowedConstituent::BackColor;
-    using WindowedConstituent::ForeColor;
-    using WindowedConstituent::SetBackColor;
-    using WindowedConstituent::SetForeColor;
 
 protected:
     bool on_command(WORD code, LRESULT &result) override;

@@ -11,12 +11,11 @@ constexpr int kListItems = 8; // a placement lower than the field still drops th
 }
 
 ComboBox::ComboBox(std::wstring name, float left, float top, float width, float height, int16_t style)
-    : WindowedConstituent(std::move(name), L"COMBOBOX",
-                          WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_AUTOHSCROLL |
-                              (style == 2 ? CBS_DROPDOWNLIST : CBS_DROPDOWN),
-                          0, left, top, width, height)
+    : ColoredConstituent(std::move(name), L"COMBOBOX",
+                         WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_AUTOHSCROLL |
+                             (style == 2 ? CBS_DROPDOWNLIST : CBS_DROPDOWN),
+                         0, left, top, width, height, syscolor::Window, syscolor::WindowText)
 {
-    use_colors(syscolor::Window, syscolor::WindowText);
     if (!hwnd_) return;
     // Typing goes to the edit field: its keys, mouse and focus are the combo box's.
     subclass_part(FindWindowExW(hwnd_, nullptr, L"EDIT", nullptr));

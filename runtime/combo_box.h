@@ -11,7 +11,7 @@
 
 namespace tarn {
 
-class ComboBox final : public WindowedConstituent {
+class ComboBox final : public ColoredConstituent {
 public:
     // `style`: 0 drop-down combo (an edit field and a list), 2 drop-down list (a list only).
     ComboBox(std::wstring name, float left, float top, float width, float height, int16_t style = 0);
@@ -31,11 +31,6 @@ public:
     std::wstring Text() const { return window_text(); }
     // A drop-down list takes only the text of one of its items.
     void SetText(const std::wstring &text);
-
-    using WindowedConstituent::BackColor;
-    using WindowedConstituent::ForeColor;
-    using WindowedConstituent::SetBackColor;
-    using WindowedConstituent::SetForeColor;
 
 protected:
     bool on_command(WORD code, LRESULT &result) override;

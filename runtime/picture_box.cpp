@@ -5,10 +5,9 @@
 namespace tarn {
 
 PictureBox::PictureBox(std::wstring name, float left, float top, float width, float height)
-    : WindowedConstituent(std::move(name), L"STATIC", WS_VISIBLE | SS_NOTIFY, WS_EX_CLIENTEDGE, left, top, width,
-                          height)
+    : ColoredConstituent(std::move(name), L"STATIC", WS_VISIBLE | SS_NOTIFY, WS_EX_CLIENTEDGE, left, top, width,
+                         height, syscolor::ButtonFace, syscolor::ButtonText)
 {
-    use_colors(syscolor::ButtonFace, syscolor::ButtonText);
 }
 
 int16_t PictureBox::BorderStyle() const

@@ -7,7 +7,7 @@
 
 namespace tarn {
 
-class PictureBox final : public WindowedConstituent {
+class PictureBox final : public ColoredConstituent {
 public:
     PictureBox(std::wstring name, float left, float top, float width, float height);
 
@@ -17,11 +17,6 @@ public:
     // How a fixed single border looks: 0 flat (a one-pixel line), 1 3-D (sunken).
     int16_t Appearance() const { return appearance_; }
     void SetAppearance(int16_t appearance);
-
-    using WindowedConstituent::BackColor;
-    using WindowedConstituent::ForeColor;
-    using WindowedConstituent::SetBackColor;
-    using WindowedConstituent::SetForeColor;
 
 protected:
     bool clicks_from_mouse() const override { return true; }

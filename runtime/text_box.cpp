@@ -10,10 +10,9 @@ constexpr LRESULT kNoLimit = 0x7FFFFFFE; // what the window reports for a limit 
 }
 
 TextBox::TextBox(std::wstring name, float left, float top, float width, float height)
-    : WindowedConstituent(std::move(name), L"EDIT", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL | ES_LEFT,
-                          WS_EX_CLIENTEDGE, left, top, width, height)
+    : ColoredConstituent(std::move(name), L"EDIT", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL | ES_LEFT,
+                         WS_EX_CLIENTEDGE, left, top, width, height, syscolor::Window, syscolor::WindowText)
 {
-    use_colors(syscolor::Window, syscolor::WindowText);
     if (hwnd_) SendMessageW(hwnd_, EM_SETLIMITTEXT, 0, 0);
 }
 

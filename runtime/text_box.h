@@ -8,7 +8,7 @@
 
 namespace tarn {
 
-class TextBox final : public WindowedConstituent {
+class TextBox final : public ColoredConstituent {
 public:
     TextBox(std::wstring name, float left, float top, float width, float height);
 
@@ -31,11 +31,6 @@ public:
     // 0 none, 1 fixed single (the sunken 3-D edge).
     int16_t BorderStyle() const;
     void SetBorderStyle(int16_t style);
-
-    using WindowedConstituent::BackColor;
-    using WindowedConstituent::ForeColor;
-    using WindowedConstituent::SetBackColor;
-    using WindowedConstituent::SetForeColor;
 
 protected:
     bool on_command(WORD code, LRESULT &result) override;

@@ -304,45 +304,6 @@ void WindowedConstituent::Refresh()
     RedrawWindow(hwnd_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
-// ---------------------------------------------------------------- colours
-
-void WindowedConstituent::use_colors(OleColor back, OleColor fore)
-{
-    has_colors_ = true;
-    back_color_ = back;
-    fore_color_ = fore;
-}
-
-void WindowedConstituent::SetBackColor(OleColor color)
-{
-    if (TranslateColor(color) == kInvalidColor) throw std::invalid_argument("not a colour");
-    back_color_ = color;
-    if (hwnd_) RedrawWindow(hwnd_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
-}
-
-void WindowedConstituent::SetForeColor(OleColor color)
-{
-    if (TranslateColor(color) == kInvalidColor) throw std::invalid_argument("not a colour");
-    fore_color_ = color;
-    if (hwnd_) RedrawWindow(hwnd_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
-}
-
-HBRUSH WindowedConstituent::paint_colors(HDC dc)
-{
-    if (!has_colors_) return nullptr;
-    Rgb back = TranslateColor(back_color_), fore = TranslateColor(fore_color_);
-    if (back == kInvalidColor) back = GetSysColor(COLOR_WINDOW);
-    if (fore == kInvalidColor) fore = GetSysColor(COLOR_WINDOWTEXT);
-    // One brush per constituent, made again only when the colour it stands for changes.
-    if (!brush_ || brush_rgb_ != back) {
-        brush_.reset(CreateSolidBrush(back));
-        brush_rgb_ = back;
-    }
-    SetBkColor(dc, back);
-    SetTextColor(dc, IsWindowEnabled(hwnd_) ? fore : GetSysColor(COLOR_GRAYTEXT));
-    return brush_.get();
-}
-
 std::wstring WindowedConstituent::window_text() const
 {
     if (!hwnd_) return {};
@@ -613,6 +574,36 @@ void WindowedConstituent::subclass_part(HWND part)
     if (!part) return;
     SetPropW(part, kConstituentProp, this);
     SetWindowSubclass(part, &WindowedConstituent::subclass_proc, kSubclassId, reinterpret_cast<DWORD_PTR>(this));
+}
+
+// ---------------------------------------------------------------- colours
+
+void ColoredConstituent::SetBackColor(OleColor color)
+{
+    if (TranslateColor(color) == kInvalidColor) throw std::invalid_argument("not a colour");
+    back_color_ = color;
+    if (hwnd_) RedrawWindow(hwnd_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void ColoredConstituent::SetForeColor(OleColor color)
+{
+    if (TranslateColor(color) == kInvalidColor) throw std::invalid_argument("not a colour");
+    fore_color_ = color;
+    if (hwnd_) RedrawWindow(hwnd_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+HBRUSH ColoredConstituent::paint_colors(HDC dc)
+{
+    Rgb back = TranslateColor(back_color_), fore = TranslateColor(fore_color_);
+    if (back == kInvalidColor) back = GetSysColor(COLOR_WINDOW);
+    if (fore == kInvalidColor) fore = GetSysColor(COLOR_WINDOWTEXT);
+    if (!brush_ || brush_rgb_ != back) {
+        brush_.reset(CreateSolidBrush(back));
+        brush_rgb_ = back;
+    }
+    SetBkColor(dc, back);
+    SetTextColor(dc, IsWindowEnabled(hwnd_) ? fore : GetSysColor(COLOR_GRAYTEXT));
+    return brush_.get();
 }
 
 bool WindowWithin(HWND root, HWND window)

@@ -131,14 +131,9 @@ protected:
     // as a combo box's edit field) through this constituent.
     void subclass_part(HWND part);
 
-    // Colours, for the kinds that have them (answered on WM_CTLCOLOR*).
-    OleColor BackColor() const { return back_color_; }
-    void SetBackColor(OleColor color);
-    OleColor ForeColor() const { return fore_color_; }
-    void SetForeColor(OleColor color);
-    void use_colors(OleColor back, OleColor fore);
-    // Sets the DC's colours and returns the background brush (null when the kind has none).
-    HBRUSH paint_colors(HDC dc);
+    // Sets the DC's colours for painting the window and returns its background brush; null
+    // for kinds without colours of their own (the system's colours then apply).
+    virtual HBRUSH paint_colors(HDC dc) { return nullptr; }
 
     // Places the window where the twips say (kinds whose window height depends on more than the
     // placement call it again once they are built).
@@ -172,12 +167,32 @@ private:
     ComPtr<IFontDisp> font_;
     FontWatch *font_watch_ = nullptr;
     DWORD font_cookie_ = 0;
-    bool has_colors_ = false;
-    OleColor back_color_ = syscolor::Window, fore_color_ = syscolor::WindowText;
-    unique_brush brush_;
-    Rgb brush_rgb_ = kInvalidColor;
     bool pressed_ = false, double_click_ = false;
     bool dying_ = false;
+};
+
+// The kinds with a back and a fore colour of their own, answered when the window asks its
+// parent for them (WM_CTLCOLOR*). Colours are OLE colours; one that is none is refused.
+class ColoredConstituent : public WindowedConstituent {
+public:
+    OleColor BackColor() const { return back_color_; }
+    void SetBackColor(OleColor color);
+    OleColor ForeColor() const { return fore_color_; }
+    void SetForeColor(OleColor color);
+
+protected:
+    ColoredConstituent(std::wstring name, const wchar_t *window_class, DWORD style, DWORD ex_style, float left,
+                       float top, float width, float height, OleColor back, OleColor fore)
+        : WindowedConstituent(std::move(name), window_class, style, ex_style, left, top, width, height),
+          back_color_(back), fore_color_(fore)
+    {
+    }
+    HBRUSH paint_colors(HDC dc) override;
+
+private:
+    OleColor back_color_, fore_color_;
+    unique_brush brush_; // made again only when the colour it stands for changes
+    Rgb brush_rgb_ = kInvalidColor;
 };
 
 // True when `window` is `root`, one of its descendants, or a pop-up owned by one of them (a
