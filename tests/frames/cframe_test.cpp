@@ -41,15 +41,6 @@ OleColor colour(Hosted &h, const wchar_t *name) { return static_cast<OleColor>(a
 Variant ole(OleColor c) { return I4(static_cast<int32_t>(c)); }
 Rgb sys(int index) { return GetSysColor(index); }
 
-ComPtr<IFontDisp> font(const wchar_t *name, double size, bool bold = false)
-{
-    FontSpec spec;
-    spec.name = name;
-    spec.size = size;
-    spec.bold = bold;
-    return ComPtr<IFontDisp>::attach(CreateFontObject(spec));
-}
-
 // Every property set away from its defaults, with a caption outside any one code page.
 void set_everything(Hosted &f)
 {
@@ -59,7 +50,7 @@ void set_everything(Hosted &f)
     f.put(L"BACKCOLOR", ole(0x00C0FFEE));
     OleColor c = 0x00010203;
     for (const ColourProperty &p : kLines) f.put(p.name, ole(c += 0x00010101));
-    f.putref(L"Font", font(L"Tahoma", 12, true).get());
+    f.putref(L"Font", make_font(L"Tahoma", 12, true).get());
 }
 
 void expect_everything(Hosted &f)
@@ -101,7 +92,7 @@ TEST_F(FrameTest, EveryWriteStoresAndAnnouncesItsKey)
     f.put(L"BACKCOLOR", ole(0x123456));
     f.put(L"ForeColor", ole(0x654321));
     for (const ColourProperty &p : kLines) f.put(p.name, ole(0x0000AA00));
-    f.putref(L"Font", font(L"Arial", 10).get());
+    f.putref(L"Font", make_font(L"Arial", 10).get());
     std::vector<std::wstring> expected = {L"CAPTION", L"ALIGNMENT", L"BACKCOLOR", L"FORECOLOR"};
     for (const ColourProperty &p : kLines) expected.push_back(p.key);
     expected.push_back(L"FONT");
@@ -116,7 +107,7 @@ TEST_F(FrameTest, EveryWriteStoresAndAnnouncesItsKey)
 TEST_F(FrameTest, AFontWriteCopiesTheHostsFont)
 {
     Hosted &f = place(kProgId);
-    ComPtr<IFontDisp> mine = font(L"Tahoma", 10);
+    ComPtr<IFontDisp> mine = make_font(L"Tahoma", 10);
     f.putref(L"Font", mine.get());
     ComPtr<IFont>(mine.as<IFont>(IID_IFont))->put_Bold(TRUE); // the host changes its own object later
     EXPECT_FALSE(FontSpecOf(V_DISPATCH(f.get(L"Font").get())).bold);
@@ -243,21 +234,11 @@ TEST_F(FrameTest, GarbageAndTruncatedStreamsLoadAsDefaults)
 {
     Hosted &f = place(kProgId);
     set_everything(f);
-    ComPtr<IStream> saved = f.save_stream();
-    STATSTG st{};
-    saved->Stat(&st, STATFLAG_NONAME);
-    std::vector<BYTE> bytes(static_cast<size_t>(st.cbSize.QuadPart));
-    ULONG got = 0;
-    saved->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &got);
-    ASSERT_EQ(bytes.size(), got);
+    std::vector<BYTE> bytes = stream_bytes(f.save_stream().get());
+    ASSERT_FALSE(bytes.empty());
 
     auto load = [&](const std::vector<BYTE> &data) {
-        ComPtr<IStream> s;
-        CreateStreamOnHGlobal(nullptr, TRUE, s.put());
-        ULONG w = 0;
-        if (!data.empty()) s->Write(data.data(), static_cast<ULONG>(data.size()), &w);
-        LARGE_INTEGER zero{};
-        s->Seek(zero, STREAM_SEEK_SET, nullptr);
+        ComPtr<IStream> s = stream_of(data);
         Hosted g(form, kProgId, {0, 0, 200, 29}, Init::FromStream, s.get());
         EXPECT_EQ(S_OK, g.init_result());
         std::wstring caption = as_string(g.get(L"CAPTION"));

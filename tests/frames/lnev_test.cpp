@@ -23,29 +23,13 @@ OleColor colour(Hosted &h) { return static_cast<OleColor>(as_integer(h.get(L"BAC
 
 int divider_px() { return static_cast<int>(std::lround(30 / TwipsPerPixelX())); }
 
-SIZE extent_px(Hosted &h)
-{
-    SIZEL him{};
-    h.as<IOleObject>(IID_IOleObject)->GetExtent(DVASPECT_CONTENT, &him);
-    HDC dc = GetDC(nullptr);
-    SIZE px{MulDiv(him.cx, GetDeviceCaps(dc, LOGPIXELSX), 2540), MulDiv(him.cy, GetDeviceCaps(dc, LOGPIXELSY), 2540)};
-    ReleaseDC(nullptr, dc);
-    return px;
-}
-
 class DividerTest : public ControlTest {
 protected:
     // The divider keeps its own width and tells its container so.
     Hosted &divider(RECT pos = {10, 10, 30, 110}, Init init = Init::New, IUnknown *source = nullptr)
     {
         Hosted &h = place(kProgId, pos, init, source);
-        std::vector<std::wstring> others;
-        for (const std::wstring &call : h.log().unexpected())
-            if (call != L"IOleClientSite::RequestNewObjectLayout") others.push_back(call);
-        h.log().clear_unexpected();
-        for (const std::wstring &call : others) h.log().hit(call);
-        h.log().allow(L"IOleClientSite::RequestNewObjectLayout");
-        h.log().allow(L"IOleInPlaceSite::OnPosRectChange");
+        allow_self_sizing(h);
         return h;
     }
     // The colours of the two lines, read from the picture at every row.

@@ -22,23 +22,13 @@ Variant ole(OleColor c) { return I4(static_cast<int32_t>(c)); }
 OleColor colour(Hosted &h) { return static_cast<OleColor>(as_integer(h.get(L"BACKCOLOR"))); }
 HWND check_box(Hosted &h) { return FindWindowExW(h.hwnd(), nullptr, L"Button", nullptr); }
 
-RECT placement(HWND w)
-{
-    RECT r{};
-    GetWindowRect(w, &r);
-    MapWindowPoints(HWND_DESKTOP, GetParent(w), reinterpret_cast<POINT *>(&r), 2);
-    return r;
-}
-
 class GridCheckTest : public ControlTest {
 protected:
     Hosted &active(RECT pos = {10, 10, 110, 27})
     {
         Hosted &h = place(kProgId, pos);
         EXPECT_EQ(S_OK, h.activate());
-        for (const wchar_t *call : {L"IOleInPlaceSite::OnUIActivate", L"IOleInPlaceSite::GetWindowContext",
-                                    L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"})
-            h.log().allow(call);
+        allow_focus_calls(h);
         EXPECT_TRUE(check_box(h));
         return h;
     }
@@ -125,8 +115,7 @@ TEST_F(GridCheckTest, TheCheckBoxsEventsArriveUnchanged)
     c.log().clear_events();
     test::mouse(box, WM_MOUSEMOVE, 5, 6);
     click(box, 5, 6);
-    const std::wstring at = L"," + std::to_wstring(std::lround(5 * TwipsPerPixelX())) + L"," +
-                            std::to_wstring(std::lround(6 * TwipsPerPixelY())) + L")";
+    const std::wstring at = L"," + twips_text(5, 6) + L")";
     EXPECT_EQ((std::vector<std::wstring>{L"MouseMove(0,0" + at, L"MouseDown(1,0" + at, L"MouseUp(1,0" + at, L"Click"}),
               c.log().event_texts());
     EXPECT_EQ(1, as_integer(c.get(L"Value")));

@@ -25,15 +25,6 @@ const std::vector<std::wstring> kKeys = {
     L"BuddyAlignment", L"Max", L"Interval", L"AllowDecPoint", L"MaxLength", L"Min", L"SyncBuddy",
     L"ThousandsSeparator", L"Text"};
 
-ComPtr<IFontDisp> font(const wchar_t *name, double size, bool bold = false)
-{
-    FontSpec spec;
-    spec.name = name;
-    spec.size = size;
-    spec.bold = bold;
-    return ComPtr<IFontDisp>::attach(CreateFontObject(spec));
-}
-
 Variant ole(OleColor c) { return I4(static_cast<int32_t>(c)); }
 OleColor colour(Hosted &h, const wchar_t *name) { return static_cast<OleColor>(as_integer(h.get(name))); }
 
@@ -64,16 +55,6 @@ void press_arrow(HWND w, bool up)
     test::mouse(w, WM_LBUTTONUP, r.right / 2, y);
 }
 
-SIZE extent_px(Hosted &h)
-{
-    SIZEL him{};
-    h.as<IOleObject>(IID_IOleObject)->GetExtent(DVASPECT_CONTENT, &him);
-    HDC dc = GetDC(nullptr);
-    SIZE px{MulDiv(him.cx, GetDeviceCaps(dc, LOGPIXELSX), 2540), MulDiv(him.cy, GetDeviceCaps(dc, LOGPIXELSY), 2540)};
-    ReleaseDC(nullptr, dc);
-    return px;
-}
-
 // The height of a one-line combo box in `f`, in pixels: what the box takes.
 int combo_height(IFontDisp *f)
 {
@@ -95,34 +76,22 @@ protected:
     Hosted &box(RECT pos = {10, 10, 130, 31}, Init init = Init::New, IUnknown *source = nullptr)
     {
         Hosted &h = place(kProgId, pos, init, source);
-        accept_layout_requests(h);
+        allow_self_sizing(h);
         return h;
-    }
-    static void accept_layout_requests(Hosted &h)
-    {
-        std::vector<std::wstring> others;
-        for (const std::wstring &call : h.log().unexpected())
-            if (call != L"IOleClientSite::RequestNewObjectLayout") others.push_back(call);
-        h.log().clear_unexpected();
-        for (const std::wstring &call : others) h.log().hit(call);
-        h.log().allow(L"IOleClientSite::RequestNewObjectLayout");
-        h.log().allow(L"IOleInPlaceSite::OnPosRectChange");
     }
     // Activated, with the calls taking the focus makes on its site.
     Hosted &active_box(RECT pos = {10, 10, 130, 31})
     {
         Hosted &h = box(pos);
         EXPECT_EQ(S_OK, h.activate());
-        for (const wchar_t *call : {L"IOleInPlaceSite::OnUIActivate", L"IOleInPlaceSite::GetWindowContext",
-                                    L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"})
-            h.log().allow(call);
+        allow_focus_calls(h);
         EXPECT_TRUE(text_box(h));
         return h;
     }
 
     void set_everything(Hosted &u)
     {
-        u.putref(L"Font", font(L"Tahoma", 12, true).get());
+        u.putref(L"Font", make_font(L"Tahoma", 12, true).get());
         u.put(L"ForeColor", ole(0x000000FF));
         u.put(L"Enabled", Bool(false));
         u.put(L"BACKCOLOR", ole(0x00C0FFEE));
@@ -169,7 +138,7 @@ protected:
 
 TEST_F(UpdownTest, ANewBoxHasItsDefaultsAndTheContainersFont)
 {
-    form.ambient().font = font(L"Tahoma", 9);
+    form.ambient().font = make_font(L"Tahoma", 9);
     Hosted &u = box();
     EXPECT_EQ(L"1", as_string(u.get(L"Text")));
     EXPECT_EQ(10, as_integer(u.get(L"Max")));
@@ -195,7 +164,7 @@ TEST_F(UpdownTest, ANewBoxHasItsDefaultsAndTheContainersFont)
 
 TEST_F(UpdownTest, ItTakesTheHeightOfAOneLineComboBoxInItsFont)
 {
-    ComPtr<IFontDisp> small = font(L"Tahoma", 8), large = font(L"Tahoma", 20);
+    ComPtr<IFontDisp> small = make_font(L"Tahoma", 8), large = make_font(L"Tahoma", 20);
     form.ambient().font = small;
     Hosted &u = box({10, 10, 130, 90});
     EXPECT_EQ(combo_height(small.get()), extent_px(u).cy);
@@ -410,8 +379,7 @@ TEST_F(UpdownTest, MouseEventsPassThroughFromTheTextBox)
     click(text, 4, 3);
     test::mouse(text, WM_LBUTTONDBLCLK, 4, 3, MK_LBUTTON);
     test::mouse(text, WM_LBUTTONUP, 4, 3);
-    const std::wstring at = L"," + std::to_wstring(std::lround(4 * TwipsPerPixelX())) + L"," +
-                            std::to_wstring(std::lround(3 * TwipsPerPixelY())) + L")";
+    const std::wstring at = L"," + twips_text(4, 3) + L")";
     EXPECT_EQ((std::vector<std::wstring>{L"MouseMove(0,0" + at, L"MouseDown(1,0" + at, L"MouseUp(1,0" + at, L"Click",
                                          L"DblClick", L"MouseUp(1,0" + at}),
               u.log().event_texts());
@@ -530,19 +498,10 @@ TEST_F(UpdownTest, WrongTypesInTheBagAndBrokenStreamsFallBackToDefaults)
 
     Hosted &full = box({10, 50, 130, 71});
     set_everything(full);
-    ComPtr<IStream> saved = full.save_stream();
-    STATSTG st{};
-    saved->Stat(&st, STATFLAG_NONAME);
-    std::vector<BYTE> bytes(static_cast<size_t>(st.cbSize.QuadPart));
-    ULONG got = 0;
-    saved->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &got);
+    std::vector<BYTE> bytes = stream_bytes(full.save_stream().get());
+    ASSERT_FALSE(bytes.empty());
     for (size_t cut = 0; cut < bytes.size(); cut += 11) {
-        ComPtr<IStream> s;
-        CreateStreamOnHGlobal(nullptr, TRUE, s.put());
-        ULONG w = 0;
-        if (cut) s->Write(bytes.data(), static_cast<ULONG>(cut), &w);
-        LARGE_INTEGER zero{};
-        s->Seek(zero, STREAM_SEEK_SET, nullptr);
+        ComPtr<IStream> s = stream_of(std::vector<BYTE>(bytes.begin(), bytes.begin() + static_cast<long>(cut)));
         Hosted g(form, kProgId, {0, 0, 120, 21}, Init::FromStream, s.get());
         EXPECT_EQ(S_OK, g.init_result());
         g.render(120, 21);

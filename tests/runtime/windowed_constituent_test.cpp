@@ -27,23 +27,6 @@ namespace {
 
 float tpp() { return static_cast<float>(TwipsPerPixelX()); }
 
-ComPtr<IFontDisp> font(const wchar_t *name, double size)
-{
-    FontSpec spec;
-    spec.name = name;
-    spec.size = size;
-    return ComPtr<IFontDisp>::attach(CreateFontObject(spec));
-}
-
-// Where the window is in its parent's client area, in pixels.
-RECT placement(HWND w)
-{
-    RECT r{};
-    GetWindowRect(w, &r);
-    MapWindowPoints(HWND_DESKTOP, GetParent(w), reinterpret_cast<POINT *>(&r), 2);
-    return r;
-}
-
 void type(HWND w, const std::wstring &text)
 {
     for (wchar_t c : text) SendMessageW(w, WM_CHAR, c, 1);
@@ -263,7 +246,6 @@ TEST_F(Constituents, MouseEventsCarryTwipsRelativeToTheConstituentAndClickOnRele
     t.on_click = [&] { seen.push_back(L"click"); };
     t.on_dbl_click = [&] { seen.push_back(L"dbl"); };
     // Client coordinates of the edit (inside its edge): 3 and 4 pixels.
-    const std::wstring x = std::to_wstring(std::lround(3 * tpp())), y = std::to_wstring(std::lround(4 * tpp()));
     test::mouse(t.hWnd(), WM_MOUSEMOVE, 3, 4, MK_SHIFT);
     click(t.hWnd(), 3, 4);
     test::mouse(t.hWnd(), WM_LBUTTONDBLCLK, 3, 4, MK_LBUTTON);
@@ -271,7 +253,7 @@ TEST_F(Constituents, MouseEventsCarryTwipsRelativeToTheConstituentAndClickOnRele
     // (The middle button: a right-button release opens the edit window's menu, a modal loop.)
     test::mouse(t.hWnd(), WM_MBUTTONDOWN, 3, 4, MK_MBUTTON);
     test::mouse(t.hWnd(), WM_MBUTTONUP, 3, 4);
-    const std::wstring at = L"," + x + L"," + y + L")";
+    const std::wstring at = L"," + twips_text(3, 4) + L")";
     EXPECT_EQ((std::vector<std::wstring>{L"move(0,1" + at, L"down(1,0" + at, L"up(1,0" + at, L"click", L"dbl",
                                          L"up(1,0" + at, L"down(4,0" + at, L"up(4,0" + at}),
               seen);
@@ -345,7 +327,7 @@ TEST_F(Constituents, AComboBoxKeepsItsItemsAndItsHeightFollowsItsFont)
 
     const float small = c.Height();
     EXPECT_GT(small, 0);
-    c.SetFont(font(L"Tahoma", 24).get());
+    c.SetFont(make_font(L"Tahoma", 24).get());
     EXPECT_GT(c.Height(), small + 10 * tpp());
     c.SetHeight(15); // the placement's height is the list's: the field keeps its own
     EXPECT_GT(c.Height(), small);
@@ -430,7 +412,7 @@ TEST_F(Constituents, AFontIsCopiedAndChangesThroughItsObjectReachTheWindowAtOnce
 {
     TextBox t(L"t", 0, 0, 1500, 300);
     ASSERT_TRUE(t.Font());
-    ComPtr<IFontDisp> mine = font(L"Tahoma", 10);
+    ComPtr<IFontDisp> mine = make_font(L"Tahoma", 10);
     t.SetFont(mine.get());
     EXPECT_NE(mine.get(), t.Font().get());
     HFONT before = reinterpret_cast<HFONT>(SendMessageW(t.hWnd(), WM_GETFONT, 0, 0));
@@ -563,14 +545,6 @@ protected:
         EXPECT_TRUE(Composite::last);
         return *Composite::last;
     }
-    // The calls a control that takes the focus makes on its site.
-    void allow_focus_calls()
-    {
-        for (const wchar_t *call : {L"IOleInPlaceSite::OnUIActivate", L"IOleInPlaceSite::GetWindowContext",
-                                    L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"})
-            hosted->log().allow(call);
-    }
-
     Hosted *hosted = nullptr;
     static inline DWORD cookie_ = 0;
 };
@@ -641,7 +615,7 @@ TEST_F(InAControl, TheFocusGoesToTheFocusConstituentAndLeavingTheControlIsHeardF
 {
     Composite &c = place_composite();
     hosted->activate();
-    allow_focus_calls();
+    allow_focus_calls(*hosted);
     SetFocus(hosted->hwnd());
     EXPECT_EQ(c.txt.hWnd(), GetFocus());
     EXPECT_EQ((std::vector<std::wstring>{L"GotFocus", L"txt.GotFocus"}), c.log);

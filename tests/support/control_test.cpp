@@ -2,6 +2,11 @@
 
 #include <windowsx.h>
 
+#include <cmath>
+
+#include "foundation/font_object.h"
+#include "foundation/metrics.h"
+
 namespace tarn::test {
 
 void mouse(HWND hwnd, UINT msg, int x, int y, WPARAM keys)
@@ -13,6 +18,82 @@ void click(HWND hwnd, int x, int y)
 {
     mouse(hwnd, WM_LBUTTONDOWN, x, y, MK_LBUTTON);
     mouse(hwnd, WM_LBUTTONUP, x, y, 0);
+}
+
+ComPtr<IFontDisp> make_font(const wchar_t *name, double size, bool bold)
+{
+    FontSpec spec;
+    spec.name = name;
+    spec.size = size;
+    spec.bold = bold;
+    return ComPtr<IFontDisp>::attach(CreateFontObject(spec));
+}
+
+SIZE extent_px(Hosted &h)
+{
+    SIZEL himetric{};
+    if (ComPtr<IOleObject> ole = h.as<IOleObject>(IID_IOleObject)) ole->GetExtent(DVASPECT_CONTENT, &himetric);
+    HDC dc = GetDC(nullptr);
+    SIZE px{MulDiv(himetric.cx, GetDeviceCaps(dc, LOGPIXELSX), 2540), MulDiv(himetric.cy, GetDeviceCaps(dc, LOGPIXELSY), 2540)};
+    ReleaseDC(nullptr, dc);
+    return px;
+}
+
+RECT placement(HWND w)
+{
+    RECT r{};
+    GetWindowRect(w, &r);
+    MapWindowPoints(HWND_DESKTOP, GetParent(w), reinterpret_cast<POINT *>(&r), 2);
+    return r;
+}
+
+std::vector<BYTE> stream_bytes(IStream *stream)
+{
+    STATSTG st{};
+    if (!stream || FAILED(stream->Stat(&st, STATFLAG_NONAME))) return {};
+    std::vector<BYTE> bytes(static_cast<size_t>(st.cbSize.QuadPart));
+    LARGE_INTEGER zero{};
+    stream->Seek(zero, STREAM_SEEK_SET, nullptr);
+    ULONG got = 0;
+    if (!bytes.empty()) stream->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &got);
+    bytes.resize(got);
+    stream->Seek(zero, STREAM_SEEK_SET, nullptr);
+    return bytes;
+}
+
+ComPtr<IStream> stream_of(const std::vector<BYTE> &bytes)
+{
+    ComPtr<IStream> s;
+    CreateStreamOnHGlobal(nullptr, TRUE, s.put());
+    ULONG written = 0;
+    if (s && !bytes.empty()) s->Write(bytes.data(), static_cast<ULONG>(bytes.size()), &written);
+    LARGE_INTEGER zero{};
+    if (s) s->Seek(zero, STREAM_SEEK_SET, nullptr);
+    return s;
+}
+
+std::wstring twips_text(int x, int y)
+{
+    return std::to_wstring(std::lround(x * TwipsPerPixelX())) + L"," + std::to_wstring(std::lround(y * TwipsPerPixelY()));
+}
+
+void allow_self_sizing(Hosted &h)
+{
+    const std::wstring request = L"IOleClientSite::RequestNewObjectLayout";
+    std::vector<std::wstring> others;
+    for (const std::wstring &call : h.log().unexpected())
+        if (call != request) others.push_back(call);
+    h.log().clear_unexpected();
+    for (const std::wstring &call : others) h.log().hit(call);
+    h.log().allow(request);
+    h.log().allow(L"IOleInPlaceSite::OnPosRectChange");
+}
+
+void allow_focus_calls(Hosted &h)
+{
+    for (const wchar_t *call : {L"IOleInPlaceSite::OnUIActivate", L"IOleInPlaceSite::GetWindowContext",
+                                L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"})
+        h.log().allow(call);
 }
 
 HRESULT dll_can_unload_now()

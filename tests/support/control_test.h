@@ -48,6 +48,24 @@ protected:
     std::vector<std::unique_ptr<Hosted>> controls_;
 };
 
+// A font object of the test's own.
+ComPtr<IFontDisp> make_font(const wchar_t *name, double size, bool bold = false);
+// The control's extent in pixels: the size it has (or took itself).
+SIZE extent_px(Hosted &h);
+// Where a window sits in its parent's client area, in pixels.
+RECT placement(HWND w);
+// The bytes a saved stream holds, and a stream at its start that holds `bytes`.
+std::vector<BYTE> stream_bytes(IStream *stream);
+ComPtr<IStream> stream_of(const std::vector<BYTE> &bytes);
+// A pixel position as the twips an event carries: "90,45".
+std::wstring twips_text(int x, int y);
+// A control that sizes itself (to its font's height, to a fixed width) asks its container to
+// lay it out again: those calls are expected from now on, and the ones it made while being
+// placed are forgiven.
+void allow_self_sizing(Hosted &h);
+// The calls a control makes on its site when it takes or loses the focus.
+void allow_focus_calls(Hosted &h);
+
 // Narrow text for gtest messages.
 inline std::string narrow(const std::wstring &w) { return std::string(w.begin(), w.end()); }
 
