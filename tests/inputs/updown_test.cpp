@@ -6,6 +6,7 @@
 
 #include <climits>
 #include <cmath>
+#include <thread>
 
 #include "foundation/font_object.h"
 #include "foundation/metrics.h"
@@ -567,4 +568,28 @@ TEST_F(UpdownTest, RepeatedResizeAndPaintLeaveNoObjectsBehind)
     if (process_gdi >= 0) {
         EXPECT_EQ(process_gdi, ProcessGdiObjects());
     }
+}
+
+TEST(UpdownThreads, ABoxOnASecondThreadKeepsItsPartsThere)
+{
+    // The holder of the parts is kept per thread: a box made on another apartment thread works
+    // there, shown or not, and leaves nothing behind when the thread ends.
+    std::wstring text, stepped;
+    std::thread t([&] {
+        OleInitialize(nullptr);
+        {
+            Container form;
+            Hosted u(form, kProgId, {0, 0, 120, 21});
+            u.put(L"Text", Str(L"4"));
+            text = as_string(u.get(L"Text"));
+            u.activate();
+            SendMessageW(text_box(u), WM_KEYDOWN, VK_UP, 1);
+            stepped = as_string(u.get(L"Text"));
+            u.render(120, 21);
+        }
+        OleUninitialize();
+    });
+    t.join();
+    EXPECT_EQ(L"4", text);
+    EXPECT_EQ(L"5", stepped);
 }
