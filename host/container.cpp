@@ -168,6 +168,7 @@ Hosted::Hosted(Container &container, const std::wstring &progid, RECT pos, Init 
     : container_(container)
 {
     container_.hosted_.push_back(this);
+    for (const std::wstring &call : container_.site_calls_) log_.allow(call);
     site_ = ComPtr<Site>::attach(new Site(container.hwnd(), container.frame(), container.ambient(), log_));
     site_->set_position(pos);
 

@@ -87,10 +87,14 @@ void UserControl::PropertyChanged(const std::wstring &key)
 
 void UserControl::raise(DISPID id, EventArgs &args)
 {
-    if (freeze_count_ > 0 || events_cp_.empty()) return;
+    bool to_sinks = freeze_count_ == 0 && !events_cp_.empty();
+    if (!listener_ && !to_sinks) return;
     ComPtr<IUnknown> alive(identity());
+    if (EventListener *listener = listener_) step([&] { listener->OnEvent(id, args); });
     DISPPARAMS params = args.params();
-    for (const ComPtr<IUnknown> &sink : events_cp_.sinks()) {
+    std::vector<ComPtr<IUnknown>> sinks;
+    if (to_sinks) sinks = events_cp_.sinks();
+    for (const ComPtr<IUnknown> &sink : sinks) {
         step([&] {
             ComPtr<IDispatch> disp = sink.as<IDispatch>(IID_IDispatch);
             if (!disp) return;
@@ -104,6 +108,14 @@ void UserControl::raise(DISPID id, EventArgs &args)
         });
     }
     args.copy_back();
+}
+
+HWND UserControl::ParentForm() const
+{
+    HWND w = nullptr;
+    ComPtr<IOleWindow> window = site_.as<IOleWindow>(IID_IOleWindow);
+    if (!window || FAILED(window->GetWindow(&w)) || !w) return nullptr;
+    return GetAncestor(w, GA_ROOT);
 }
 
 Scale UserControl::scale() const { return Scale{TwipsPerPixelX(), TwipsPerPixelY()}; }
