@@ -1,0 +1,247 @@
+// The shared window hook on real windows: what is installed and put back, who answers, windows
+// destroyed in any order, windows that cannot be hooked, and one table per thread.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <functional>
+#include <set>
+#include <thread>
+
+#include "foundation/window_hooks.h"
+
+using namespace tarn;
+
+namespace {
+
+constexpr UINT kAsk = WM_APP + 1;     // the windows' own procedure answers 4242 + wParam
+constexpr UINT kWatched = WM_APP + 2; // what the owners watch
+
+LRESULT CALLBACK own_proc(HWND h, UINT msg, WPARAM wp, LPARAM lp)
+{
+    if (msg == kAsk) return 4242 + static_cast<LRESULT>(wp);
+    return DefWindowProcW(h, msg, wp, lp);
+}
+
+// Another subclasser's procedure, installed over the class's own.
+LRESULT CALLBACK outer_proc(HWND h, UINT msg, WPARAM wp, LPARAM lp)
+{
+    LRESULT r = own_proc(h, msg, wp, lp);
+    return msg == kAsk ? r + 1 : r;
+}
+
+HWND make_window(HWND parent = nullptr)
+{
+    static ATOM atom = [] {
+        WNDCLASSW wc{};
+        wc.lpfnWndProc = own_proc;
+        wc.hInstance = GetModuleHandleW(nullptr);
+        wc.lpszClassName = L"TarnHookTestWindow";
+        return RegisterClassW(&wc);
+    }();
+    (void)atom;
+    return CreateWindowExW(0, L"TarnHookTestWindow", L"", parent ? WS_CHILD : WS_OVERLAPPED, 0, 0, 50, 50, parent,
+                           nullptr, GetModuleHandleW(nullptr), nullptr);
+}
+
+WNDPROC proc_of(HWND h) { return reinterpret_cast<WNDPROC>(GetWindowLongPtrW(h, GWLP_WNDPROC)); }
+
+// An owner the way the Subclass control is one: WM_NCDESTROY makes it let go of its window.
+class Owner final : public HookOwner {
+public:
+    void HookAddRef() override { ++refs; }
+    void HookRelease() override { --refs; }
+    bool HookWatches(std::uint32_t msg) override { return watched.count(msg) != 0; }
+    HookResult HookMessage(std::uint32_t msg, std::uintptr_t wp, std::intptr_t lp) override
+    {
+        last_wp = wp;
+        last_lp = lp;
+        if (on_message) on_message();
+        return answer;
+    }
+    void HookWindowGone() override
+    {
+        ++gone;
+        if (hwnd) UnhookWindow(std::exchange(hwnd, nullptr));
+    }
+    void hook(HWND h)
+    {
+        hwnd = h;
+        HookWindow(h, this);
+    }
+
+    int refs = 0;
+    int gone = 0;
+    HWND hwnd = nullptr;
+    std::set<std::uint32_t> watched{kWatched};
+    HookResult answer = 0;
+    std::uintptr_t last_wp = 0;
+    std::intptr_t last_lp = 0;
+    std::function<void()> on_message;
+};
+
+} // namespace
+
+TEST(WindowHooks, AHookIsTheSharedProcedureAndUnhookingPutsBackExactlyWhatWasThere)
+{
+    HWND w = make_window();
+    // Something else subclassed the window before us: that is the procedure to come back.
+    SetWindowLongPtrW(w, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&outer_proc));
+    Owner o;
+    o.answer = -7;
+    o.hook(w);
+    EXPECT_EQ(&SubclassWndProc, proc_of(w));
+    EXPECT_EQ(1, o.refs);
+    EXPECT_EQ(4243 + 3, SendMessageW(w, kAsk, 3, 0)); // not watched: the saved procedure's answer
+    EXPECT_EQ(-7, SendMessageW(w, kWatched, 0, 0));
+    EXPECT_EQ(4243, CallPreviousWndProc(w, kAsk, 0, 0));
+    UnhookWindow(w);
+    EXPECT_EQ(&outer_proc, proc_of(w));
+    EXPECT_EQ(0, o.refs);
+    EXPECT_EQ(0u, ThreadHookTable().count());
+    EXPECT_EQ(0, CallPreviousWndProc(w, kAsk, 0, 0));
+    EXPECT_EQ(4243, SendMessageW(w, kAsk, 0, 0));
+    DestroyWindow(w);
+}
+
+TEST(WindowHooks, PointerSizedArgumentsReachTheOwnerWhole)
+{
+    HWND w = make_window();
+    Owner o;
+    o.answer = static_cast<HookResult>(~static_cast<std::uintptr_t>(0) >> 3);
+    o.hook(w);
+    const WPARAM wp = static_cast<WPARAM>(0xFEDCBA9876543210ull);
+    const LPARAM lp = static_cast<LPARAM>(0x0123456789ABCDEFull);
+    EXPECT_EQ(o.answer, SendMessageW(w, kWatched, wp, lp));
+    EXPECT_EQ(wp, o.last_wp);
+    EXPECT_EQ(lp, o.last_lp);
+    DestroyWindow(w);
+    EXPECT_EQ(0, o.refs);
+}
+
+TEST(WindowHooks, TheSharedProcedureAnswers0ForAWindowNotInTheTable)
+{
+    HWND w = make_window();
+    EXPECT_EQ(0, SubclassWndProc(w, kAsk, 0, 0));
+    Owner o;
+    o.hook(make_window());
+    EXPECT_EQ(0, SubclassWndProc(w, kAsk, 0, 0));
+    EXPECT_EQ(0, SubclassWndProc(nullptr, kAsk, 0, 0));
+    DestroyWindow(o.hwnd);
+    DestroyWindow(w);
+}
+
+TEST(WindowHooks, WindowsThatCannotBeHookedAreLeftAlone)
+{
+    Owner o;
+    HookWindow(nullptr, &o);
+    HWND dead = make_window();
+    DestroyWindow(dead);
+    HookWindow(dead, &o);
+    HookWindow(reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1)), &o);
+    HookWindow(reinterpret_cast<HWND>(static_cast<LONG_PTR>(0x7FFF1234)), &o);
+    UnhookWindow(dead);
+    UnhookWindow(nullptr);
+    // A window of another thread: its messages would look in that thread's table.
+    HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr), done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    HWND foreign = nullptr;
+    std::thread t([&] {
+        foreign = make_window();
+        SetEvent(ready);
+        while (MsgWaitForMultipleObjects(1, &done, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
+            MSG m;
+            while (PeekMessageW(&m, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&m);
+        }
+        DestroyWindow(foreign);
+    });
+    WaitForSingleObject(ready, INFINITE);
+    WNDPROC before = proc_of(foreign);
+    HookWindow(foreign, &o);
+    EXPECT_EQ(before, proc_of(foreign));
+    EXPECT_EQ(4242, SendMessageW(foreign, kAsk, 0, 0));
+    SetEvent(done);
+    t.join();
+    CloseHandle(ready);
+    CloseHandle(done);
+    EXPECT_EQ(0u, ThreadHookTable().count());
+    EXPECT_EQ(0, o.refs);
+}
+
+TEST(WindowHooks, DestroyingWindowsInAnyOrderEndsEveryHook)
+{
+    // A hooked parent with hooked children: destroying the parent destroys them all.
+    Owner parent_owner, child_owner[3];
+    HWND parent = make_window();
+    parent_owner.hook(parent);
+    for (Owner &c : child_owner) c.hook(make_window(parent));
+    EXPECT_EQ(4u, ThreadHookTable().count());
+    DestroyWindow(parent);
+    EXPECT_EQ(0u, ThreadHookTable().count());
+    EXPECT_EQ(0, parent_owner.refs);
+    EXPECT_EQ(1, parent_owner.gone);
+    for (Owner &c : child_owner) {
+        EXPECT_EQ(0, c.refs);
+        EXPECT_EQ(nullptr, c.hwnd);
+    }
+
+    // Children first, then the parent; and one owner on several windows.
+    Owner shared;
+    HWND p = make_window();
+    HWND kids[4];
+    for (HWND &k : kids) {
+        k = make_window(p);
+        HookWindow(k, &shared);
+    }
+    HookWindow(p, &shared);
+    EXPECT_EQ(5, shared.refs);
+    DestroyWindow(kids[2]);
+    DestroyWindow(kids[0]);
+    EXPECT_EQ(3, shared.refs);
+    DestroyWindow(p);
+    EXPECT_EQ(0, shared.refs);
+    EXPECT_EQ(0u, ThreadHookTable().count());
+}
+
+TEST(WindowHooks, AHandlerMayDestroyWindowsIncludingItsOwn)
+{
+    Owner a, b;
+    HWND wa = make_window(), wb = make_window();
+    a.hook(wa);
+    b.hook(wb);
+    a.on_message = [&] {
+        DestroyWindow(wb); // another hooked window
+        DestroyWindow(wa); // and its own, while its message is being answered
+    };
+    a.answer = 5;
+    EXPECT_EQ(5, SendMessageW(wa, kWatched, 0, 0));
+    EXPECT_FALSE(IsWindow(wa));
+    EXPECT_FALSE(IsWindow(wb));
+    EXPECT_EQ(0, a.refs);
+    EXPECT_EQ(0, b.refs);
+    EXPECT_EQ(0u, ThreadHookTable().count());
+}
+
+TEST(WindowHooks, EachThreadHasATableOfItsOwn)
+{
+    Owner here;
+    HWND mine = make_window();
+    here.hook(mine);
+    size_t there_count = 99, there_after = 99;
+    LRESULT there_answer = 0;
+    std::thread t([&] {
+        Owner there;
+        there.answer = 31;
+        HWND theirs = make_window();
+        there.hook(theirs);
+        there_count = ThreadHookTable().count();
+        there_answer = SendMessageW(theirs, kWatched, 0, 0);
+        DestroyWindow(theirs);
+        there_after = ThreadHookTable().count();
+    });
+    t.join();
+    EXPECT_EQ(1u, there_count);
+    EXPECT_EQ(31, there_answer);
+    EXPECT_EQ(0u, there_after);
+    EXPECT_EQ(1u, ThreadHookTable().count());
+    DestroyWindow(mine);
+    EXPECT_EQ(0, here.refs);
+}
