@@ -8,19 +8,12 @@
 #include <thread>
 
 #include "foundation/window_hooks.h"
+#include "support/test_windows.h"
 
 using namespace tarn;
+using namespace tarn::test;
 
 namespace {
-
-constexpr UINT kAsk = WM_APP + 1;     // the windows' own procedure answers 4242 + wParam
-constexpr UINT kWatched = WM_APP + 2; // what the owners watch
-
-LRESULT CALLBACK own_proc(HWND h, UINT msg, WPARAM wp, LPARAM lp)
-{
-    if (msg == kAsk) return 4242 + static_cast<LRESULT>(wp);
-    return DefWindowProcW(h, msg, wp, lp);
-}
 
 // Another subclasser's procedure, installed over the class's own.
 LRESULT CALLBACK outer_proc(HWND h, UINT msg, WPARAM wp, LPARAM lp)
@@ -28,22 +21,6 @@ LRESULT CALLBACK outer_proc(HWND h, UINT msg, WPARAM wp, LPARAM lp)
     LRESULT r = own_proc(h, msg, wp, lp);
     return msg == kAsk ? r + 1 : r;
 }
-
-HWND make_window(HWND parent = nullptr)
-{
-    static ATOM atom = [] {
-        WNDCLASSW wc{};
-        wc.lpfnWndProc = own_proc;
-        wc.hInstance = GetModuleHandleW(nullptr);
-        wc.lpszClassName = L"TarnHookTestWindow";
-        return RegisterClassW(&wc);
-    }();
-    (void)atom;
-    return CreateWindowExW(0, L"TarnHookTestWindow", L"", parent ? WS_CHILD : WS_OVERLAPPED, 0, 0, 50, 50, parent,
-                           nullptr, GetModuleHandleW(nullptr), nullptr);
-}
-
-WNDPROC proc_of(HWND h) { return reinterpret_cast<WNDPROC>(GetWindowLongPtrW(h, GWLP_WNDPROC)); }
 
 // An owner the way the Subclass control is one: WM_NCDESTROY makes it let go of its window.
 class Owner final : public HookOwner {
@@ -89,13 +66,13 @@ TEST(WindowHooks, AHookIsTheSharedProcedureAndUnhookingPutsBackExactlyWhatWasThe
     Owner o;
     o.answer = -7;
     o.hook(w);
-    EXPECT_EQ(&SubclassWndProc, proc_of(w));
+    EXPECT_EQ(reinterpret_cast<LONG_PTR>(&SubclassWndProc), proc_of(w));
     EXPECT_EQ(1, o.refs);
     EXPECT_EQ(4243 + 3, SendMessageW(w, kAsk, 3, 0)); // not watched: the saved procedure's answer
     EXPECT_EQ(-7, SendMessageW(w, kWatched, 0, 0));
     EXPECT_EQ(4243, CallPreviousWndProc(w, kAsk, 0, 0));
     UnhookWindow(w);
-    EXPECT_EQ(&outer_proc, proc_of(w));
+    EXPECT_EQ(reinterpret_cast<LONG_PTR>(&outer_proc), proc_of(w));
     EXPECT_EQ(0, o.refs);
     EXPECT_EQ(0u, ThreadHookTable().count());
     EXPECT_EQ(0, CallPreviousWndProc(w, kAsk, 0, 0));
@@ -142,26 +119,13 @@ TEST(WindowHooks, WindowsThatCannotBeHookedAreLeftAlone)
     UnhookWindow(dead);
     UnhookWindow(nullptr);
     // A window of another thread: its messages would look in that thread's table.
-    HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr), done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    HWND foreign = nullptr;
-    std::thread t([&] {
-        foreign = make_window();
-        SetEvent(ready);
-        while (MsgWaitForMultipleObjects(1, &done, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
-            MSG m;
-            while (PeekMessageW(&m, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&m);
-        }
-        DestroyWindow(foreign);
-    });
-    WaitForSingleObject(ready, INFINITE);
-    WNDPROC before = proc_of(foreign);
-    HookWindow(foreign, &o);
-    EXPECT_EQ(before, proc_of(foreign));
-    EXPECT_EQ(4242, SendMessageW(foreign, kAsk, 0, 0));
-    SetEvent(done);
-    t.join();
-    CloseHandle(ready);
-    CloseHandle(done);
+    {
+        ForeignWindow foreign;
+        LONG_PTR before = proc_of(foreign.hwnd());
+        HookWindow(foreign.hwnd(), &o);
+        EXPECT_EQ(before, proc_of(foreign.hwnd()));
+        EXPECT_EQ(4242, SendMessageW(foreign.hwnd(), kAsk, 0, 0));
+    }
     EXPECT_EQ(0u, ThreadHookTable().count());
     EXPECT_EQ(0, o.refs);
 }
