@@ -2,12 +2,14 @@
 
 #include "frames/cframe.h"
 #include "server/resource.h"
+#include "services/Subclass.h"
 
 namespace tarn {
 
 namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
+    {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
 };
 } // namespace
 
