@@ -3,6 +3,7 @@
 #include "frames/cframe.h"
 #include "server/resource.h"
 #include "services/Subclass.h"
+#include "services/resizelck.h"
 
 namespace tarn {
 
@@ -10,6 +11,7 @@ namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
     {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
+    {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},
 };
 } // namespace
 

@@ -2,3 +2,5 @@
 #pragma once
 
 #define IDB_TOOLBOX_CFRAME 101
+// Window services (600s).
+#define IDB_TOOLBOX_RESIZELCK 601

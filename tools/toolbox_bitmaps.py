@@ -37,6 +37,24 @@ PICTURES = {
         '.kkkkkkkkkkkkkkk',
         '................',
     ],
+    # A window with a padlock and a size grip: the resize lock.
+    'resizelck': [
+        '................',
+        '.bbbbbbbbbbbbbk.',
+        '.wwwwwwwwwwwwwk.',
+        '.w............k.',
+        '.w.....kkk....k.',
+        '.w....k...k...k.',
+        '.w....k...k...k.',
+        '.w...kkkkkkk..k.',
+        '.w...kyyyyyk..k.',
+        '.w...kyykyyk..k.',
+        '.w...kyykyyk..k.',
+        '.w...kyyyyyk.gk.',
+        '.w...kkkkkkkggk.',
+        '.kkkkkkkkkkkkkk.',
+        '................',
+    ],
 }
 
 

@@ -219,4 +219,8 @@ TEST(SubclassRegistration, IsPrivateToTheLibrary)
     ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_READ, &k));
     RegCloseKey(k);
     EXPECT_NE(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CLASSES_ROOT, (key + L"\\Control").c_str(), 0, KEY_READ, &k));
+    StringFromGUID2(CLSID_resizelck, clsid, 64);
+    ASSERT_EQ(ERROR_SUCCESS,
+              RegOpenKeyExW(HKEY_CLASSES_ROOT, (std::wstring(L"CLSID\\") + clsid + L"\\Control").c_str(), 0, KEY_READ, &k));
+    RegCloseKey(k);
 }
