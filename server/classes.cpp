@@ -3,6 +3,7 @@
 #include "frames/cframe.h"
 #include "server/resource.h"
 #include "services/Subclass.h"
+#include "services/mnutxt.h"
 #include "services/resizelck.h"
 
 namespace tarn {
@@ -12,6 +13,7 @@ const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
     {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
     {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},
+    {&mnutxt::Class, IDB_TOOLBOX_MNUTXT},
 };
 } // namespace
 

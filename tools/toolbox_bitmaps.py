@@ -55,6 +55,25 @@ PICTURES = {
         '.kkkkkkkkkkkkkk.',
         '................',
     ],
+    # A menu bar, its open menu with the highlighted item, and that item's text in a status
+    # line below: the menu text reporter.
+    'mnutxt': [
+        '................',
+        '.kk.kkk.kk......',
+        'gggggggggggggggg',
+        '.kkkkkkkkk......',
+        '.kwkkkkwwk......',
+        '.kwwwwwwwk......',
+        '.kbbbbbbbk......',
+        '.kbwwwwbbk......',
+        '.kbbbbbbbk......',
+        '.kwkkkwwwk......',
+        '.kkkkkkkkk......',
+        '.....r..........',
+        'yyyyyryyyyyyyyyy',
+        'ykkkkkkkkk.....y',
+        'yyyyyyyyyyyyyyyy',
+    ],
 }
 
 
