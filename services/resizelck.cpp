@@ -21,6 +21,34 @@ const ControlClass resizelck::Class = {
 
 namespace {
 constexpr int32_t kMsgGetMinMaxInfo = 36; // WM_GETMINMAXINFO
+constexpr DISPID kMaxHeight = 1, kMaxWidth = 2;
+
+// Writes `value` into the variable a by-reference argument points at, in the variable's own
+// type where it can hold it; false when the argument is not a reference to a number.
+bool write_back(VARIANT &arg, LONG value)
+{
+    if (!V_ISBYREF(&arg) || !V_BYREF(&arg)) return false;
+    Variant given = Variant::of_i4(value), typed;
+    if (V_VT(&arg) == (VT_VARIANT | VT_BYREF)) {
+        VARIANT *variable = V_VARIANTREF(&arg);
+        if (V_ISBYREF(variable)) return write_back(*variable, value);
+        VARTYPE kind = V_VT(variable);
+        if (kind == VT_EMPTY || !given.convert(kind, typed)) typed = given;
+        return SUCCEEDED(VariantCopy(variable, typed.get()));
+    }
+    VARTYPE kind = V_VT(&arg) & ~VT_BYREF;
+    if (!given.convert(kind, typed)) return false;
+    switch (kind) {
+    case VT_I2: *V_I2REF(&arg) = V_I2(typed.get()); return true;
+    case VT_I4: *V_I4REF(&arg) = V_I4(typed.get()); return true;
+    case VT_I8: *V_I8REF(&arg) = V_I8(typed.get()); return true;
+    case VT_R4: *V_R4REF(&arg) = V_R4(typed.get()); return true;
+    case VT_R8: *V_R8REF(&arg) = V_R8(typed.get()); return true;
+    case VT_CY: *V_CYREF(&arg) = V_CY(typed.get()); return true;
+    case VT_DECIMAL: *V_DECIMALREF(&arg) = V_DECIMAL(typed.get()); return true;
+    default: return false;
+    }
+}
 } // namespace
 
 ScreenTwips ScreenSizeTwips()
@@ -33,6 +61,9 @@ resizelck::resizelck() : imgIcon(L"imgIcon", IDB_TOOLBOX_RESIZELCK) { add_consti
 
 void resizelck::Initialize()
 {
+    // The defaults, for a caller that never loads the lock (a script's CreateObject).
+    ScreenTwips screen = ScreenSizeTwips();
+    limits_ = {screen.width, kDefaultMinSize, screen.height, kDefaultMinSize, false};
     SetDesignSize(imgIcon.Width, imgIcon.Height);
     void *child = nullptr;
     if (SUCCEEDED(Subclass::Create(IID_ISubclass, &child)) && child) {
@@ -141,6 +172,29 @@ HRESULT resizelck::put_maximum(LONG *v, int32_t &field, int32_t minimum, int32_t
         WriteMaximum(limits_, field, minimum, value, screen);
         *v = value; // the caller's variable takes a raised value
     });
+}
+
+STDMETHODIMP resizelck::Invoke(DISPID id, REFIID riid, LCID lcid, WORD flags, DISPPARAMS *params, VARIANT *result,
+                               EXCEPINFO *excep, UINT *arg_err)
+{
+    bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+    if ((id == kMaxHeight || id == kMaxWidth) && put && riid == IID_NULL && params && params->cArgs == 1 &&
+        params->rgvarg) {
+        ComPtr<IUnknown> alive(identity());
+        return put_maximum_by_dispatch(id, params->rgvarg[0]);
+    }
+    return ControlImpl::Invoke(id, riid, lcid, flags, params, result, excep, arg_err);
+}
+
+HRESULT resizelck::put_maximum_by_dispatch(DISPID id, VARIANT &arg)
+{
+    Variant given(arg), as_long;
+    // A value that cannot be a Long skips the write, as for every other property.
+    if (!given.convert(VT_I4, as_long)) return S_OK;
+    LONG value = V_I4(as_long.get()), given_value = value;
+    HRESULT hr = id == kMaxHeight ? put_MaxHeight(&value) : put_MaxWidth(&value);
+    if (value != given_value) step([&] { write_back(arg, value); });
+    return hr;
 }
 
 STDMETHODIMP resizelck::get_MaxHeight(LONG *v) { return get_value(v, [&] { return limits_.MaxHeight; }); }

@@ -16,6 +16,11 @@ public:
     static const ControlClass Class;
     resizelck();
 
+    // IDispatch: a variable a late-bound caller passes to MaxWidth or MaxHeight by reference
+    // receives the raised value, whatever its type (scripts pass Variants, VB Longs).
+    STDMETHODIMP Invoke(DISPID id, REFIID riid, LCID lcid, WORD flags, DISPPARAMS *params, VARIANT *result,
+                        EXCEPINFO *excep, UINT *arg_err) override;
+
     // Iresizelck
     STDMETHODIMP get_MaxHeight(LONG *value) override;
     STDMETHODIMP put_MaxHeight(LONG *value) override;
@@ -44,6 +49,7 @@ private:
     void OnEvent(DISPID id, EventArgs &args) override;
     void load(PropertyBag &bag);
     HRESULT put_maximum(LONG *value, int32_t &field, int32_t minimum, int32_t screen, const wchar_t *key);
+    HRESULT put_maximum_by_dispatch(DISPID id, VARIANT &arg);
 
     ResizeLimits limits_;
     bool shown_ = false;

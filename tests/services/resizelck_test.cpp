@@ -44,16 +44,22 @@ SIZE size_of(HWND w)
     return {r.right - r.left, r.bottom - r.top};
 }
 
-// A property write the way a VB host passes a variable: by reference.
+// A property write with the argument exactly as given (by reference, as hosts pass variables).
+HRESULT put_argument(Hosted &h, const wchar_t *name, VARIANT arg)
+{
+    DISPID named = DISPID_PROPERTYPUT;
+    DISPPARAMS params{&arg, &named, 1, 1};
+    return h.dispatch()->Invoke(dispid_of(h.dispatch(), name), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT,
+                                &params, nullptr, nullptr, nullptr);
+}
+
+// A VB host's Long variable.
 HRESULT put_by_reference(Hosted &h, const wchar_t *name, LONG &value)
 {
     VARIANT arg;
     V_VT(&arg) = VT_I4 | VT_BYREF;
     V_I4REF(&arg) = &value;
-    DISPID named = DISPID_PROPERTYPUT;
-    DISPPARAMS params{&arg, &named, 1, 1};
-    return h.dispatch()->Invoke(dispid_of(h.dispatch(), name), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT,
-                                &params, nullptr, nullptr, nullptr);
+    return put_argument(h, name, arg);
 }
 
 class ResizeLockTest : public ControlTest {
@@ -100,10 +106,31 @@ TEST_F(ResizeLockTest, WithHasMaxSizeAMaximumBelowItsMinimumIsRaised)
     EXPECT_EQ(S_OK, put_by_reference(l, L"MaxWidth", width));
     EXPECT_EQ(400, width); // the caller's variable receives the raised value
     EXPECT_EQ(400, read(l, L"MaxWidth"));
+    EXPECT_EQ((std::vector<std::wstring>{L"HasMaxSize", L"MinWidth", L"MinHeight", L"MaxWidth"}), l.log().changes);
+    // A script's variable (a Variant holding an Integer) and a Double variable are raised too.
+    VARIANT script_variable;
+    V_VT(&script_variable) = VT_I2;
+    V_I2(&script_variable) = 300;
+    VARIANT by_variant;
+    V_VT(&by_variant) = VT_VARIANT | VT_BYREF;
+    V_VARIANTREF(&by_variant) = &script_variable;
+    EXPECT_EQ(S_OK, put_argument(l, L"MaxWidth", by_variant));
+    EXPECT_EQ(VT_I2, V_VT(&script_variable));
+    EXPECT_EQ(400, V_I2(&script_variable));
+    double real = 250.4;
+    VARIANT by_double;
+    V_VT(&by_double) = VT_R8 | VT_BYREF;
+    V_R8REF(&by_double) = &real;
+    EXPECT_EQ(S_OK, put_argument(l, L"MaxWidth", by_double));
+    EXPECT_EQ(400.0, real);
+    // A value above the minimum is stored and the variable left as it was.
+    width = 1234;
+    EXPECT_EQ(S_OK, put_by_reference(l, L"MaxWidth", width));
+    EXPECT_EQ(1234, width);
+    l.put(L"MaxWidth", I4(300)); // by value: only stored
+    EXPECT_EQ(400, read(l, L"MaxWidth"));
     l.put(L"MaxHeight", I4(600));
     EXPECT_EQ(600, read(l, L"MaxHeight"));
-    EXPECT_EQ((std::vector<std::wstring>{L"HasMaxSize", L"MinWidth", L"MinHeight", L"MaxWidth", L"MaxHeight"}),
-              l.log().changes);
     MINMAXINFO info = ask(form.hwnd());
     EXPECT_EQ(400, info.ptMinTrackSize.x);
     EXPECT_EQ(250, info.ptMinTrackSize.y);
