@@ -25,8 +25,4 @@ LRESULT CALLBACK WindowProc(HWND window, UINT msg, WPARAM wp, LPARAM lp);
 // The caption MENUTEXT reports for `item` of `menu` with `flags`.
 std::wstring MenuCaptionOf(HMENU menu, UINT item, UINT flags);
 
-// The thread's state, for inspection.
-const clsMENUTEXT *HookedObject();
-LONG_PTR PreviousProc();
-
 } // namespace tarn::modMENUTEXT
