@@ -5,7 +5,10 @@
 //   gallery.exe --png FILE    renders the same page off-screen into a PNG file and exits
 //
 // Each exhibit is a control plus the property writes that set it up; controls added to the
-// library add their exhibits to kExhibits.
+// library add their exhibits to kExhibits. Invisible controls show their design-time face from
+// a second container in design mode. The form itself uses the window services: a resize lock
+// keeps it from shrinking below the page, and a menu text reporter shows the caption of the
+// menu item under the pointer in the status line at the bottom.
 #include <windows.h>
 
 #include <cstdio>
@@ -32,6 +35,7 @@ struct Exhibit {
     const wchar_t *progid;
     SIZE size; // pixels
     std::vector<Setting> settings;
+    bool design_time = false; // placed in the design-mode container and drawn, not activated
 };
 
 Variant colour(OleColor c) { return I4(static_cast<int32_t>(c)); }
@@ -78,6 +82,8 @@ std::vector<Exhibit> exhibits()
           {L"TopLightShadowColor", colour(0x00F0E0D0)},
           {L"RightShadowColor", colour(0x00F0E0D0)},
           {L"BottomShadowColor", colour(0x00F0E0D0)}}},
+        {L"resizelck: its icon at design time", L"TarnControls.resizelck", {32, 30}, {}, true},
+        {L"mnutxt: its icon at design time", L"TarnControls.mnutxt", {32, 30}, {}, true},
     };
 }
 
@@ -87,9 +93,10 @@ struct Placed {
     std::wstring title;
     RECT pos;
     std::unique_ptr<Hosted> control;
+    bool design_time = false;
 };
 
-std::vector<Placed> place_all(Container &form)
+std::vector<Placed> place_all(Container &form, Container &designer)
 {
     std::vector<Placed> out;
     std::vector<Exhibit> list = exhibits();
@@ -98,21 +105,137 @@ std::vector<Placed> place_all(Container &form)
         int col = static_cast<int>(i % kColumns), row = static_cast<int>(i / kColumns);
         int x = kMargin + col * kCellWidth, y = kMargin + row * kCellHeight + kTitle;
         RECT pos{x, y, x + e.size.cx, y + e.size.cy};
-        auto h = std::make_unique<Hosted>(form, e.progid, pos);
+        auto h = std::make_unique<Hosted>(e.design_time ? designer : form, e.progid, pos);
         if (!h->ok()) {
             std::fwprintf(stderr, L"gallery: cannot create %ls (0x%08lx)\n", e.progid, h->create_result());
             continue;
         }
         for (const Setting &s : e.settings) h->put(s.property, s.value);
-        out.push_back({e.title, pos, std::move(h)});
+        out.push_back({e.title, pos, std::move(h), e.design_time});
     }
     return out;
 }
 
+constexpr int kServicesHeight = 56; // the resize lock's line and the status line
+
 SIZE page_size(size_t count)
 {
     int rows = static_cast<int>((count + kColumns - 1) / kColumns);
-    return {kMargin * 2 + kColumns * kCellWidth, kMargin * 2 + rows * kCellHeight};
+    return {kMargin * 2 + kColumns * kCellWidth, kMargin * 2 + rows * kCellHeight + kServicesHeight};
+}
+
+// Draws the exhibits that are not activated (the design-time faces) through IViewObject.
+void draw_painted(HDC dc, const std::vector<Placed> &placed, bool all)
+{
+    for (const Placed &p : placed) {
+        if (!all && !p.design_time) continue;
+        ComPtr<IViewObject> view = p.control->as<IViewObject>(IID_IViewObject);
+        RECTL bounds{p.pos.left, p.pos.top, p.pos.right, p.pos.bottom};
+        if (view) view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0);
+    }
+}
+
+// ---------------------------------------------------------------- the form's window services
+
+enum : UINT { kOpen = 1, kSaveAs, kExit, kRefresh, kZoom100, kZoom200, kAbout };
+
+// The form's menu bar, its resize lock and its menu text reporter, and what they report.
+struct Services {
+    HMENU bar = nullptr, file = nullptr;
+    std::unique_ptr<Hosted> lock, menu_text;
+    std::wstring status = L"Point at a menu item: its caption shows here.";
+    SIZE minimum{0, 0};      // what the lock was told
+    MINMAXINFO answer{};     // what the form answers when asked for its limits
+    HWND form = nullptr;
+    RECT status_area{0, 0, 0, 0};
+};
+
+Services *g_services = nullptr;
+
+HMENU make_menus(HMENU &file)
+{
+    file = CreatePopupMenu();
+    AppendMenuW(file, MF_STRING, kOpen, L"&Open...");
+    AppendMenuW(file, MF_STRING, kSaveAs, L"Save &as...");
+    AppendMenuW(file, MF_SEPARATOR, 0, nullptr);
+    AppendMenuW(file, MF_STRING, kExit, L"E&xit");
+    HMENU zoom = CreatePopupMenu();
+    AppendMenuW(zoom, MF_STRING, kZoom100, L"&100 %");
+    AppendMenuW(zoom, MF_STRING, kZoom200, L"&200 %");
+    HMENU view = CreatePopupMenu();
+    AppendMenuW(view, MF_STRING, kRefresh, L"&Refresh");
+    AppendMenuW(view, MF_POPUP, reinterpret_cast<UINT_PTR>(zoom), L"&Zoom");
+    HMENU help = CreatePopupMenu();
+    AppendMenuW(help, MF_STRING, kAbout, L"&About Tarn Controls");
+    HMENU bar = CreateMenu();
+    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(file), L"&File");
+    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(view), L"&View");
+    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(help), L"&Help");
+    return bar;
+}
+
+// Puts the lock and the reporter on `form`, whose page is `page` pixels.
+void start_services(Services &sv, Container &form, SIZE page)
+{
+    sv.form = form.hwnd();
+    sv.bar = make_menus(sv.file);
+    SetMenu(form.hwnd(), sv.bar);
+    RECT r{0, 0, page.cx, page.cy};
+    AdjustWindowRect(&r, WS_OVERLAPPEDWINDOW, TRUE);
+    sv.minimum = {r.right - r.left, r.bottom - r.top};
+    sv.status_area = {kMargin, page.cy - kMargin - 22, page.cx - kMargin, page.cy - kMargin};
+
+    form.allow_site_call(L"IOleInPlaceSite::GetWindow"); // the lock finds its form as it loads
+    sv.lock = std::make_unique<Hosted>(form, L"TarnControls.resizelck", RECT{0, 0, 0, 0});
+    sv.lock->put(L"MinWidth", I4(sv.minimum.cx));
+    sv.lock->put(L"MinHeight", I4(sv.minimum.cy));
+
+    sv.menu_text = std::make_unique<Hosted>(form, L"TarnControls.mnutxt", RECT{0, 0, 0, 0});
+    sv.menu_text->log().on_event = [&sv](const std::wstring &name, DISPPARAMS *params) {
+        if (name != L"MENUTEXT" || !params || params->cArgs != 1) return;
+        Variant text;
+        VariantCopyInd(text.put(), &params->rgvarg[0]);
+        sv.status = as_string(text).empty() ? L"Ready" : as_string(text);
+        InvalidateRect(sv.form, &sv.status_area, TRUE);
+    };
+    Variant hwnd;
+    V_VT(hwnd.put()) = sizeof(void *) == 8 ? VT_I8 : VT_I4;
+    if (sizeof(void *) == 8) V_I8(hwnd.get()) = reinterpret_cast<LONG_PTR>(form.hwnd());
+    else V_I4(hwnd.get()) = static_cast<LONG>(reinterpret_cast<LONG_PTR>(form.hwnd()));
+    sv.menu_text->put(L"hwnd", hwnd);
+    sv.menu_text->call(L"Subclass");
+
+    memset(&sv.answer, 0, sizeof sv.answer);
+    SendMessageW(form.hwnd(), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&sv.answer));
+}
+
+void stop_services(Services &sv)
+{
+    if (sv.menu_text) sv.menu_text->call(L"UnSubClass"); // the host pairs Subclass and UnSubClass
+    sv.menu_text.reset();
+    sv.lock.reset();
+    if (sv.form && IsWindow(sv.form)) SetMenu(sv.form, nullptr);
+    if (sv.bar) DestroyMenu(sv.bar);
+    sv.bar = nullptr;
+}
+
+void draw_services(HDC dc, const Services &sv)
+{
+    unique_font font(CreateFontW(-12, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, ANTIALIASED_QUALITY, 0, L"Tahoma"));
+    select_guard use(dc, font.get());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+    wchar_t line[200];
+    std::swprintf(line, 200, L"Resize lock: the form answers WM_GETMINMAXINFO with a minimum of %ld x %ld pixels.",
+                  sv.answer.ptMinTrackSize.x, sv.answer.ptMinTrackSize.y);
+    RECT text{sv.status_area.left, sv.status_area.top - 24, sv.status_area.right, sv.status_area.top - 4};
+    DrawTextW(dc, line, -1, &text, DT_SINGLELINE | DT_BOTTOM | DT_END_ELLIPSIS);
+    RECT bar = sv.status_area;
+    FillRect(dc, &bar, GetSysColorBrush(COLOR_BTNFACE));
+    FrameRect(dc, &bar, GetSysColorBrush(COLOR_BTNSHADOW));
+    RECT inside{bar.left + 6, bar.top + 2, bar.right - 6, bar.bottom - 2};
+    std::wstring shown = L"MENUTEXT: " + sv.status;
+    DrawTextW(dc, shown.c_str(), -1, &inside, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
 }
 
 void draw_titles(HDC dc, const std::vector<Placed> &placed)
@@ -129,16 +252,21 @@ void draw_titles(HDC dc, const std::vector<Placed> &placed)
 
 int render_png(const std::wstring &path)
 {
-    Container form(800, 600);
-    std::vector<Placed> placed = place_all(form);
+    Container form(800, 600), designer(100, 100);
+    designer.set_user_mode(false);
+    ShowWindow(designer.hwnd(), SW_HIDE);
+    std::vector<Placed> placed = place_all(form, designer);
     SIZE size = page_size(placed.size());
+    Services services;
+    start_services(services, form, size);
+    // What a user pointing at File > Save as... makes the reporter say.
+    SendMessageW(form.hwnd(), WM_MENUSELECT, MAKEWPARAM(kSaveAs, MF_HILITE | MF_MOUSESELECT),
+                 reinterpret_cast<LPARAM>(services.file));
     Bitmap page(size.cx, size.cy, GetSysColor(COLOR_WINDOW));
     draw_titles(page.dc(), placed);
-    for (Placed &p : placed) {
-        ComPtr<IViewObject> view = p.control->as<IViewObject>(IID_IViewObject);
-        RECTL bounds{p.pos.left, p.pos.top, p.pos.right, p.pos.bottom};
-        if (view) view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, page.dc(), &bounds, nullptr, nullptr, 0);
-    }
+    draw_painted(page.dc(), placed, true);
+    draw_services(page.dc(), services);
+    stop_services(services);
     if (!page.save_png(path)) {
         std::fwprintf(stderr, L"gallery: cannot write %ls\n", path.c_str());
         return 1;
@@ -155,31 +283,42 @@ LRESULT CALLBACK page_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp)
         PAINTSTRUCT ps;
         HDC dc = BeginPaint(hwnd, &ps);
         draw_titles(dc, *g_placed);
+        draw_painted(dc, *g_placed, false);
+        if (g_services) draw_services(dc, *g_services);
         EndPaint(hwnd, &ps);
         return 0;
     }
+    if (msg == WM_COMMAND && LOWORD(wp) == kExit) PostMessageW(hwnd, WM_CLOSE, 0, 0);
+    if (msg == WM_CLOSE && g_services) stop_services(*g_services); // before the form goes
     if (msg == WM_DESTROY) PostQuitMessage(0);
     return DefWindowProcW(hwnd, msg, wp, lp);
 }
 
 int run_window()
 {
-    Container form(800, 600);
+    Container form(800, 600), designer(100, 100);
+    designer.set_user_mode(false);
+    ShowWindow(designer.hwnd(), SW_HIDE);
     SetWindowTextW(form.hwnd(), L"Tarn Controls gallery");
+    // The page's own procedure goes in first: the window services hook over it.
     SetWindowLongPtrW(form.hwnd(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&page_proc));
-    std::vector<Placed> placed = place_all(form);
+    std::vector<Placed> placed = place_all(form, designer);
     g_placed = &placed;
     SIZE size = page_size(placed.size());
-    RECT r{0, 0, size.cx, size.cy};
-    AdjustWindowRect(&r, WS_OVERLAPPEDWINDOW, FALSE);
-    SetWindowPos(form.hwnd(), nullptr, 40, 40, r.right - r.left, r.bottom - r.top, SWP_NOZORDER);
-    for (Placed &p : placed) p.control->activate();
+    Services services;
+    start_services(services, form, size);
+    g_services = &services;
+    SetWindowPos(form.hwnd(), nullptr, 40, 40, services.minimum.cx, services.minimum.cy, SWP_NOZORDER);
+    for (Placed &p : placed)
+        if (!p.design_time) p.control->activate();
     ShowWindow(form.hwnd(), SW_SHOW);
     MSG m;
     while (GetMessageW(&m, nullptr, 0, 0) > 0) {
         TranslateMessage(&m);
         DispatchMessageW(&m);
     }
+    stop_services(services);
+    g_services = nullptr;
     g_placed = nullptr;
     return 0;
 }
