@@ -73,34 +73,36 @@ void UnhookWindow(HWND window)
     release_if_empty();
 }
 
-LRESULT CALLBACK SubclassWndProc(HWND window, UINT msg, WPARAM wp, LPARAM lp)
+namespace {
+// Runs `step` on the thread's table (0 when there is none), keeping the table alive meanwhile.
+template <class F> LRESULT through_table(F &&step)
 {
     if (!t_table) return 0;
     LRESULT result = 0;
     try {
         Dispatching busy;
         Win32Procs procs;
-        result = t_table->Dispatch(procs, reinterpret_cast<WindowId>(window), msg, wp, lp);
+        result = step(*t_table, procs);
     } catch (...) {
         result = 0;
     }
     release_if_empty();
     return result;
 }
+} // namespace
+
+LRESULT CALLBACK SubclassWndProc(HWND window, UINT msg, WPARAM wp, LPARAM lp)
+{
+    return through_table([&](HookTable &table, Win32Procs &procs) {
+        return table.Dispatch(procs, reinterpret_cast<WindowId>(window), msg, wp, lp);
+    });
+}
 
 LRESULT CallPreviousWndProc(HWND window, UINT msg, WPARAM wp, LPARAM lp)
 {
-    if (!t_table) return 0;
-    LRESULT result = 0;
-    try {
-        Dispatching busy;
-        Win32Procs procs;
-        result = t_table->CallPrevious(procs, reinterpret_cast<WindowId>(window), msg, wp, lp);
-    } catch (...) {
-        result = 0;
-    }
-    release_if_empty();
-    return result;
+    return through_table([&](HookTable &table, Win32Procs &procs) {
+        return table.CallPrevious(procs, reinterpret_cast<WindowId>(window), msg, wp, lp);
+    });
 }
 
 const HookTable &ThreadHookTable()

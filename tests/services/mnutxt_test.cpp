@@ -4,6 +4,7 @@
 // time only, and hooks that are paired badly or outlive their window.
 #include <gtest/gtest.h>
 
+#include "design_icon.h"
 #include "support/control_test.h"
 #include "support/test_windows.h"
 
@@ -194,15 +195,7 @@ TEST_F(MenuTextTest, AtDesignTimeSubclassAndUnSubClassDoNothing)
     EXPECT_EQ(own, proc_of(w));
     // At design time it is its icon, whatever size the container gave it.
     form.set_user_mode(false);
-    SIZEL extent{};
-    m.as<IOleObject>(IID_IOleObject)->GetExtent(DVASPECT_CONTENT, &extent);
-    HDC dc = GetDC(nullptr);
-    int dpi = GetDeviceCaps(dc, LOGPIXELSY);
-    ReleaseDC(nullptr, dc);
-    EXPECT_EQ(MulDiv(MulDiv(450, dpi, 1440), 2540, dpi), extent.cy);
-    Bitmap icon = m.render(MulDiv(480, dpi, 1440), MulDiv(450, dpi, 1440));
-    icon.save_png(output_path(L"mnutxt-design.png"));
-    EXPECT_LT(icon.count(GetSysColor(COLOR_BTNFACE)) + 50, icon.width() * icon.height());
+    expect_icon_face(m, L"mnutxt-design.png");
 }
 
 TEST_F(MenuTextTest, SubclassTwiceWithoutUnSubClassNeverLoops)

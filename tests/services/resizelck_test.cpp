@@ -6,6 +6,7 @@
 #include <memory>
 #include <thread>
 
+#include "design_icon.h"
 #include "support/control_test.h"
 #include "support/test_windows.h"
 
@@ -260,18 +261,10 @@ TEST_F(ResizeLockTest, AtDesignTimeNothingIsHookedAndTheLockIsItsIcon)
     EXPECT_EQ(0x5A5A5A5A, info.ptMinTrackSize.x);
     // The container placed it 200 x 29; it asked to be the size of its icon instead.
     EXPECT_EQ(1, std::count(l.log().calls().begin(), l.log().calls().end(), L"IOleClientSite::RequestNewObjectLayout"));
-    SIZEL extent{};
-    l.as<IOleObject>(IID_IOleObject)->GetExtent(DVASPECT_CONTENT, &extent);
-    HDC dc = GetDC(nullptr);
-    int dpi = GetDeviceCaps(dc, LOGPIXELSX);
-    ReleaseDC(nullptr, dc);
-    EXPECT_EQ(MulDiv(MulDiv(480, dpi, 1440), 2540, dpi), extent.cx);
-    Bitmap icon = l.render(MulDiv(480, dpi, 1440), MulDiv(450, dpi, 1440));
-    icon.save_png(output_path(L"resizelck-design.png"));
-    EXPECT_LT(icon.count(GetSysColor(COLOR_BTNFACE)) + 50, icon.width() * icon.height());
+    expect_icon_face(l, L"resizelck-design.png");
     // At run time the same lock shows nothing but its background.
     form.set_user_mode(true);
-    Bitmap run = l.render(icon.width(), icon.height());
+    Bitmap run = l.render(32, 30);
     EXPECT_EQ(run.width() * run.height(), run.count(GetSysColor(COLOR_BTNFACE)));
     // Switching to run time does not hook: the lock hooks once, when it loads.
     EXPECT_EQ(own, proc_of(form.hwnd()));
