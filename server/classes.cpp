@@ -1,6 +1,7 @@
 #include "server/classes.h"
 
 #include "frames/cframe.h"
+#include "grid/grid.h"
 #include "server/resource.h"
 
 namespace tarn {
@@ -8,6 +9,7 @@ namespace tarn {
 namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
+    {&grid::Class, IDB_TOOLBOX_GRID},
 };
 } // namespace
 

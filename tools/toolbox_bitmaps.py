@@ -37,6 +37,23 @@ PICTURES = {
         '.kkkkkkkkkkkkkkk',
         '................',
     ],
+    'grid': [
+        '................',
+        '.kkkkkkkkkkkkkk.',
+        '.kggggkggggkggk.',
+        '.kkkkkkkkkkkkkk.',
+        '.kwwwwkwwwwkwwk.',
+        '.kkkkkkkkkkkkkk.',
+        '.kwwwwkwwwwkwwk.',
+        '.kkkkkkkkkkkkkk.',
+        '.kwwwwkwwwwkwwk.',
+        '.kkkkkkkkkkkkkk.',
+        '.kwwwwkwwwwkwwk.',
+        '.kkkkkkkkkkkkkk.',
+        '.kbbbbkbbbbkbbk.',
+        '.kkkkkkkkkkkkkk.',
+        '................',
+    ],
 }
 
 
