@@ -109,6 +109,9 @@ protected:
     void ReadProperties(PropertyBag &bag) override;
     void WriteProperties(PropertyBag &bag) override;
     void Resize() override;
+    // The view is worked out as it is drawn; painting needs no layout pass (which would also
+    // set the scroll bars again on every paint).
+    void Paint() override {}
     void DrawSurface(HDC dc, const Scale &scale) override;
     void Click() override;
     void DblClick() override;

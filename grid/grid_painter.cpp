@@ -75,6 +75,17 @@ UINT text_format(int16_t alignment, std::wstring_view text)
     return h | v | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS;
 }
 
+// Whether a symbol font has the tick glyph at "a" (U+F061 in a symbol font).
+bool has_tick(HFONT font)
+{
+    unique_dc dc(CreateCompatibleDC(nullptr));
+    if (!dc || !font) return false;
+    select_guard use(dc.get(), font);
+    wchar_t tick = 0xF061;
+    WORD glyph = 0xFFFF;
+    return GetGlyphIndicesW(dc.get(), &tick, 1, &glyph, GGI_MARK_NONEXISTING_GLYPHS) == 1 && glyph != 0xFFFF;
+}
+
 int bar_text_align(int16_t alignment) { return alignment == 1 ? DT_RIGHT : alignment == 2 ? DT_CENTER : DT_LEFT; }
 
 } // namespace
@@ -92,8 +103,20 @@ HFONT GridPainter::cell_font(const CellEngine::CellStyle &style, int dpi)
     lf.lfStrikeOut = style.strike;
     lf.lfCharSet = DEFAULT_CHARSET;
     lstrcpynW(lf.lfFaceName, std::get<0>(key).c_str(), LF_FACESIZE);
-    if (_wcsicmp(lf.lfFaceName, L"webdings") == 0) lf.lfCharSet = SYMBOL_CHARSET;
-    HFONT font = CreateFontIndirectW(&lf);
+    HFONT font = nullptr;
+    if (_wcsicmp(lf.lfFaceName, L"webdings") == 0) {
+        // Check cells show Webdings' "a", a tick. Where that font lacks it (some systems ship
+        // a reduced one), Marlett's "a" is the same tick.
+        lf.lfCharSet = SYMBOL_CHARSET;
+        font = CreateFontIndirectW(&lf);
+        if (!has_tick(font)) {
+            DeleteObject(font);
+            lstrcpynW(lf.lfFaceName, L"Marlett", LF_FACESIZE);
+            font = CreateFontIndirectW(&lf);
+        }
+    } else {
+        font = CreateFontIndirectW(&lf);
+    }
     fonts_.emplace(key, unique_font(font));
     return font;
 }
@@ -124,6 +147,16 @@ void GridPainter::paint_cells(HDC dc, const CellEngine &cells, const GridView &v
                     select_guard font(dc, cell_font(style, dpi));
                     SetTextColor(dc, rgb(style.fore));
                     RECT inset{cell.left + 2, cell.top, cell.right - 2, cell.bottom};
+                    std::wstring symbols;
+                    if (GetTextCharset(dc) == SYMBOL_CHARSET) {
+                        // A symbol font (the check cells' Webdings) keeps its glyphs at U+F021..U+F0FF,
+                        // and not every GDI maps the plain characters there for us; its blanks are
+                        // only padding (" a" is a tick) and may have no glyph at all.
+                        for (wchar_t ch : text)
+                            if (ch > 0x20 && ch <= 0xFF) symbols += static_cast<wchar_t>(0xF000 + ch);
+                            else if (ch != L' ') symbols += ch;
+                        text = symbols;
+                    }
                     DrawTextW(dc, text.data(), static_cast<int>(text.size()), &inset, text_format(style.alignment, text));
                 }
                 hline(dc, x, x1, y1 - 1, line);

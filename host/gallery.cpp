@@ -8,6 +8,7 @@
 // library add their exhibits to kExhibits.
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -68,7 +69,7 @@ std::vector<Exhibit> exhibits()
         {L"cframe: flat on a custom back colour",
          L"TarnControls.cframe",
          {220, 40},
-         {{L"CAPTION", Str(L"Flat \u00b7 \u00dcnic\u00f6de \u0416\u0436 \u03a9\u03c9")},
+         {{L"CAPTION", Str(L"Flat \u00b7 \u00dcnic\u00f6de \u0416\u0436")},
           {L"BACKCOLOR", colour(0x00F0E0D0)},
           {L"LeftHighlightColor", colour(0x00404040)},
           {L"TopHighlightColor", colour(0x00404040)},
@@ -78,10 +79,39 @@ std::vector<Exhibit> exhibits()
           {L"TopLightShadowColor", colour(0x00F0E0D0)},
           {L"RightShadowColor", colour(0x00F0E0D0)},
           {L"BottomShadowColor", colour(0x00F0E0D0)}}},
+        {L"grid: typed columns, header and summary bars, sorted by amount",
+         L"TarnControls.grid",
+         {380, 170},
+         {{L"BarSummary", Bool(true)}}},
     };
 }
 
-constexpr int kColumns = 2, kMargin = 16, kTitle = 18, kCellWidth = 260, kCellHeight = 80;
+// What the gallery's grid holds: typed columns (text, check box, percentage), header captions,
+// a total, and a sort by the amount column (the marker shows in its header).
+void fill_grid(Hosted &g)
+{
+    g.call(L"ColsSet", {I4(4)});
+    g.call(L"RowsSet", {I4(0)});
+    const wchar_t *rows[] = {L"Apples\t12.50\t\t40 %", L"Pears\t3.20\t\t15 %", L"Plums\t27.00\t\t90 %",
+                             L"Figs\t8.75\t\t5 %", L"Quinces\t15.10\t\t60 %"};
+    for (int r = 0; r < 5; ++r) g.call(L"RowAdd", {Str(rows[r]), I4(r)});
+    g.call(L"ColTypeSet", {I4(2), I4(3)});
+    g.call(L"ColTypeSet", {I4(3), I4(5)});
+    g.call(L"CellChkSet", {I4(0), I4(2), Str(L"TRUE")});
+    g.call(L"CellChkSet", {I4(2), I4(2), Str(L"1")});
+    g.call(L"CellChkSet", {I4(4), I4(2), Str(L" a")});
+    for (int r = 0; r < 5; ++r)
+        g.call(L"CellFontSet", {I4(r), I4(2), Str(L"webdings"), Str(L"10")});
+    const wchar_t *captions[] = {L"Fruit", L"Amount", L"Ripe", L"Share"};
+    for (int c = 0; c < 4; ++c) g.call(L"BarHeaderCaptionSet", {I4(c), Str(captions[c])});
+    g.call(L"ColSetFocus", {I4(1)});
+    g.call(L"SortFlex", {I4(1)});
+    g.call(L"BarSummaryColCalc", {I4(1)});
+    g.call(L"BarSummaryColSet", {I4(0), Str(L"Total"), I2(0)});
+    g.call(L"CellColorSet", {I4(0x00D0F0FF), I4(0), I4(1)});
+}
+
+constexpr int kColumns = 2, kMargin = 16, kTitle = 18, kCellWidth = 400;
 
 struct Placed {
     std::wstring title;
@@ -89,30 +119,41 @@ struct Placed {
     std::unique_ptr<Hosted> control;
 };
 
-std::vector<Placed> place_all(Container &form)
+// Exhibits go in rows of kColumns; each row is as tall as its tallest exhibit.
+std::vector<RECT> layout(const std::vector<Exhibit> &list, SIZE &page)
+{
+    std::vector<RECT> out;
+    int y = kMargin;
+    for (size_t first = 0; first < list.size(); first += kColumns) {
+        int row_height = 0;
+        for (size_t i = first; i < list.size() && i < first + kColumns; ++i) {
+            int x = kMargin + static_cast<int>(i - first) * kCellWidth;
+            out.push_back({x, y + kTitle, x + list[i].size.cx, y + kTitle + list[i].size.cy});
+            row_height = std::max<int>(row_height, kTitle + list[i].size.cy);
+        }
+        y += row_height + kMargin;
+    }
+    page = {kMargin * 2 + kColumns * kCellWidth, y};
+    return out;
+}
+
+std::vector<Placed> place_all(Container &form, SIZE &page)
 {
     std::vector<Placed> out;
     std::vector<Exhibit> list = exhibits();
+    std::vector<RECT> places = layout(list, page);
     for (size_t i = 0; i < list.size(); ++i) {
         const Exhibit &e = list[i];
-        int col = static_cast<int>(i % kColumns), row = static_cast<int>(i / kColumns);
-        int x = kMargin + col * kCellWidth, y = kMargin + row * kCellHeight + kTitle;
-        RECT pos{x, y, x + e.size.cx, y + e.size.cy};
-        auto h = std::make_unique<Hosted>(form, e.progid, pos);
+        auto h = std::make_unique<Hosted>(form, e.progid, places[i]);
         if (!h->ok()) {
             std::fwprintf(stderr, L"gallery: cannot create %ls (0x%08lx)\n", e.progid, h->create_result());
             continue;
         }
         for (const Setting &s : e.settings) h->put(s.property, s.value);
-        out.push_back({e.title, pos, std::move(h)});
+        if (std::wstring(e.progid) == L"TarnControls.grid") fill_grid(*h);
+        out.push_back({e.title, places[i], std::move(h)});
     }
     return out;
-}
-
-SIZE page_size(size_t count)
-{
-    int rows = static_cast<int>((count + kColumns - 1) / kColumns);
-    return {kMargin * 2 + kColumns * kCellWidth, kMargin * 2 + rows * kCellHeight};
 }
 
 void draw_titles(HDC dc, const std::vector<Placed> &placed)
@@ -130,8 +171,8 @@ void draw_titles(HDC dc, const std::vector<Placed> &placed)
 int render_png(const std::wstring &path)
 {
     Container form(800, 600);
-    std::vector<Placed> placed = place_all(form);
-    SIZE size = page_size(placed.size());
+    SIZE size{};
+    std::vector<Placed> placed = place_all(form, size);
     Bitmap page(size.cx, size.cy, GetSysColor(COLOR_WINDOW));
     draw_titles(page.dc(), placed);
     for (Placed &p : placed) {
@@ -167,9 +208,9 @@ int run_window()
     Container form(800, 600);
     SetWindowTextW(form.hwnd(), L"Tarn Controls gallery");
     SetWindowLongPtrW(form.hwnd(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&page_proc));
-    std::vector<Placed> placed = place_all(form);
+    SIZE size{};
+    std::vector<Placed> placed = place_all(form, size);
     g_placed = &placed;
-    SIZE size = page_size(placed.size());
     RECT r{0, 0, size.cx, size.cy};
     AdjustWindowRect(&r, WS_OVERLAPPEDWINDOW, FALSE);
     SetWindowPos(form.hwnd(), nullptr, 40, 40, r.right - r.left, r.bottom - r.top, SWP_NOZORDER);
