@@ -9,21 +9,14 @@
 #include <algorithm>
 #include <cwchar>
 
+#include "bench/bench_clock.h"
 #include "host/container.h"
 
 using namespace tarn;
 using namespace tarn::host;
+using tarn::bench::now_ms;
 
 namespace {
-
-double now_ms()
-{
-    static LARGE_INTEGER freq{};
-    if (!freq.QuadPart) QueryPerformanceFrequency(&freq);
-    LARGE_INTEGER t;
-    QueryPerformanceCounter(&t);
-    return t.QuadPart * 1000.0 / freq.QuadPart;
-}
 
 // Fills a grid row by row (the way hosts do) and scrolls it to the middle.
 void fill(Hosted &g, int rows)

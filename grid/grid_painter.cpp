@@ -86,6 +86,17 @@ bool has_tick(HFONT font)
     return GetGlyphIndicesW(dc.get(), &tick, 1, &glyph, GGI_MARK_NONEXISTING_GLYPHS) == 1 && glyph != 0xFFFF;
 }
 
+// A bar's background, with drawing clipped to it and its caption font selected (the caller
+// keeps the DC's state around this).
+void begin_bar(HDC dc, const PixelRect &bar, const GridColours &colours, HFONT font)
+{
+    RECT all{bar.left, bar.top, bar.right, bar.bottom};
+    fill(dc, all, rgb(colours.bar, GetSysColor(COLOR_BTNFACE)));
+    IntersectClipRect(dc, bar.left, bar.top, bar.right, bar.bottom);
+    if (font) SelectObject(dc, font);
+    SetBkMode(dc, TRANSPARENT);
+}
+
 int bar_text_align(int16_t alignment) { return alignment == 1 ? DT_RIGHT : alignment == 2 ? DT_CENTER : DT_LEFT; }
 
 } // namespace
@@ -173,13 +184,9 @@ void GridPainter::paint_cells(HDC dc, const CellEngine &cells, const GridView &v
 void GridPainter::paint_header(HDC dc, GridModel &model, const GridView &view, const GridColours &colours, HFONT font)
 {
     const PixelRect &bar = view.header;
-    RECT all{bar.left, bar.top, bar.right, bar.bottom};
-    fill(dc, all, rgb(colours.bar, GetSysColor(COLOR_BTNFACE)));
     const CellEngine &cells = model.Cells();
     saved_dc keep(dc);
-    IntersectClipRect(dc, bar.left, bar.top, bar.right, bar.bottom);
-    select_guard use(dc, font);
-    SetBkMode(dc, TRANSPARENT);
+    begin_bar(dc, bar, colours, font);
     SetTextColor(dc, rgb(colours.text));
     for (int32_t c = view.first_col; c <= view.last_col; ++c) {
         RECT r{view.col_x(cells, c), bar.top, view.col_x(cells, c + 1), bar.bottom};
@@ -207,13 +214,9 @@ void GridPainter::paint_header(HDC dc, GridModel &model, const GridView &view, c
 void GridPainter::paint_summary(HDC dc, GridModel &model, const GridView &view, const GridColours &colours, HFONT font)
 {
     const PixelRect &bar = view.summary;
-    RECT all{bar.left, bar.top, bar.right, bar.bottom};
-    fill(dc, all, rgb(colours.bar, GetSysColor(COLOR_BTNFACE)));
     const CellEngine &cells = model.Cells();
     saved_dc keep(dc);
-    IntersectClipRect(dc, bar.left, bar.top, bar.right, bar.bottom);
-    select_guard use(dc, font);
-    SetBkMode(dc, TRANSPARENT);
+    begin_bar(dc, bar, colours, font);
     for (int32_t c = view.first_col; c <= view.last_col; ++c) {
         RECT r{view.col_x(cells, c), bar.top, view.col_x(cells, c + 1), bar.bottom};
         if (r.right <= r.left) continue;
