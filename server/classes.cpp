@@ -1,5 +1,6 @@
 #include "server/classes.h"
 
+#include "buttons/cbtn.h"
 #include "frames/cframe.h"
 #include "server/resource.h"
 
@@ -8,6 +9,7 @@ namespace tarn {
 namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
+    {&cbtn::Class, IDB_TOOLBOX_CBTN},
 };
 } // namespace
 

@@ -2,3 +2,4 @@
 #pragma once
 
 #define IDB_TOOLBOX_CFRAME 101
+#define IDB_TOOLBOX_CBTN 102
