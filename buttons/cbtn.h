@@ -3,6 +3,8 @@
 // memory DC; follows the pointer with the capture to show the hover face and the library's
 // tooltip; clicks from the mouse and the space bar; moves the focus with the arrow keys.
 #pragma once
+#include <vector>
+
 #include "buttons/cbtn_layout.h"
 #include "foundation/clsMEMDC.h"
 #include "runtime/accessible.h"
@@ -14,6 +16,13 @@ namespace tarn {
 class cbtn final : public ControlImpl<cbtn, Icbtn>, private AccessibleOwner {
 public:
     static const ControlClass Class;
+    // A recoloured glyph, kept as its pixels; `tint` is its background.
+    struct Glyph {
+        int w = 0, h = 0;
+        Rgb tint = kInvalidColor;
+        std::vector<Rgb> pixels;
+    };
+
     cbtn();
     ~cbtn() override;
 
@@ -151,7 +160,7 @@ private:
     int face_ = face::Normal;
     clsMEMDC memdc_;
     clsDOTBRUSH dots_;
-    unique_bitmap glyphs_[2]; // the drop arrow, normal and disabled, recoloured
+    Glyph glyphs_[2]; // the drop arrow, normal and disabled, recoloured
     Rgb glyph_face_ = kInvalidColor;
 
     // Interaction state.

@@ -42,12 +42,22 @@ Rgb translated(OleColor c, Rgb fallback)
     return r == kInvalidColor ? fallback : r;
 }
 
+// The registry's display settings, asked at most once a second per thread: the question is a
+// registry round trip that would otherwise cost most of a paint, and the depth rarely changes.
 bool low_colour_display()
 {
-    DEVMODEW dm{};
-    dm.dmSize = sizeof dm;
-    if (!EnumDisplaySettingsW(nullptr, ENUM_REGISTRY_SETTINGS, &dm)) return false;
-    return LowColorDisplay(static_cast<int32_t>(dm.dmBitsPerPel));
+    thread_local DWORD asked_at = 0;
+    thread_local bool asked = false, low = false;
+    DWORD now = GetTickCount();
+    if (!asked || now - asked_at >= 1000) {
+        DEVMODEW dm{};
+        dm.dmSize = sizeof dm;
+        low = EnumDisplaySettingsW(nullptr, ENUM_REGISTRY_SETTINGS, &dm) &&
+              LowColorDisplay(static_cast<int32_t>(dm.dmBitsPerPel));
+        asked = true;
+        asked_at = now;
+    }
+    return low;
 }
 
 void fill(HDC dc, int l, int t, int r, int b, Rgb c)
@@ -108,9 +118,9 @@ void cbtn::recolor_glyphs()
     if (!mem) return;
     for (int i = 0; i < 2; ++i) {
         int w = widths[i], h = 4;
-        glyphs_[i].reset(CreateCompatibleBitmap(screen.get(), w, h));
-        if (!glyphs_[i]) continue;
-        select_guard use(mem.get(), glyphs_[i].get());
+        unique_bitmap bits(CreateCompatibleBitmap(screen.get(), w, h));
+        if (!bits) continue;
+        select_guard use(mem.get(), bits.get());
         for (int y = 0; y < h; ++y)
             for (int x = 0; x < w; ++x) {
                 char c = templates[i][y][x];
@@ -127,21 +137,28 @@ void cbtn::recolor_glyphs()
                 px = GetPixel(mem.get(), x, y);
                 if (px == table.entry[1]) SetPixelV(mem.get(), x, y, shadow);
             }
+        // Kept as pixels: drawing them is a handful of fills, no DC or blit per paint.
+        Glyph g{w, h, tint, {}};
+        for (int y = 0; y < h; ++y)
+            for (int x = 0; x < w; ++x) g.pixels.push_back(GetPixel(mem.get(), x, y));
+        glyphs_[i] = std::move(g);
     }
     glyph_face_ = face;
 }
 
 namespace {
 
-void draw_glyph(HDC dc, HBITMAP glyph, int x, int y, Rgb key)
+// The glyph's pixels other than its tint background, a run of one colour per fill.
+void draw_glyph(HDC dc, const cbtn::Glyph &g, int x, int y)
 {
-    if (!glyph) return;
-    BITMAP bm{};
-    GetObjectW(glyph, sizeof bm, &bm);
-    unique_dc mem(CreateCompatibleDC(dc));
-    if (!mem) return;
-    select_guard use(mem.get(), glyph);
-    TransparentBlt(dc, x, y, bm.bmWidth, bm.bmHeight, mem.get(), 0, 0, bm.bmWidth, bm.bmHeight, key);
+    for (int row = 0; row < g.h; ++row)
+        for (int col = 0; col < g.w;) {
+            Rgb c = g.pixels[static_cast<size_t>(row * g.w + col)];
+            int end = col + 1;
+            while (end < g.w && g.pixels[static_cast<size_t>(row * g.w + end)] == c) ++end;
+            if (c != g.tint && c != CLR_INVALID) hline(dc, x + col, x + end, y + row, c);
+            col = end;
+        }
 }
 
 } // namespace
@@ -190,13 +207,14 @@ struct Painter {
         int n = static_cast<int>(std::min<size_t>(caption.size(), 0x7FFFFFF));
         DrawTextW(dc, caption.c_str(), n, &r, format);
         if (underline && n > 0) {
+            // Under the text: its width from the platform, its line from the font's metrics.
             RECT m = r;
             DrawTextW(dc, caption.c_str(), n, &m, format | DT_CALCRECT);
-            int w = m.right - m.left, h = m.bottom - m.top;
+            int w = m.right - m.left;
             int left = (format & DT_CENTER) ? r.left + (r.right - r.left - w) / 2 : r.left;
             TEXTMETRICW tm{};
             GetTextMetricsW(dc, &tm);
-            int y = r.top + (r.bottom - r.top - h) / 2 + tm.tmAscent + 1;
+            int y = r.top + (r.bottom - r.top - tm.tmHeight) / 2 + tm.tmAscent + 1;
             hline(dc, std::max<int>(left, r.left), std::min<int>(left + w, r.right), y, colour);
         }
     }
@@ -311,7 +329,7 @@ void cbtn::draw_face(HDC dc, int state)
         } else {
             p.scroll_raised(l, 2, W - 2, H - 2);
         }
-        draw_glyph(dc, glyphs_[0].get(), l + (bw - 7) / 2 + dx, (H - 4) / 2 + dx, GlyphColorTable(c.btnface).entry[2]);
+        draw_glyph(dc, glyphs_[0], l + (bw - 7) / 2 + dx, (H - 4) / 2 + dx);
         p.text(kLeft, false, c.text, 0, 0, false, bw + 2);
         break;
     }
@@ -324,7 +342,7 @@ void cbtn::draw_face(HDC dc, int state)
         fill(dc, l, 1, W - 1, H - 1, pressed ? AdjustColor(c.flat_pressed, -24, true) : hover ? c.flat_pressed : c.face);
         if (hover || pressed) vline(dc, l, 1, H - 1, border);
         dx = pressed ? 1 : 0;
-        draw_glyph(dc, glyphs_[0].get(), l + (bw - 7) / 2 + dx, (H - 4) / 2 + dx, GlyphColorTable(c.btnface).entry[2]);
+        draw_glyph(dc, glyphs_[0], l + (bw - 7) / 2 + dx, (H - 4) / 2 + dx);
         p.text(kLeft, false, c.text, 0, 0, false, bw + 1);
         break;
     }
@@ -461,7 +479,7 @@ void cbtn::draw_disabled(HDC dc)
             frame(dc, 0, 0, W, H, c.shadow);
             l = W - 1 - bw;
         }
-        draw_glyph(dc, glyphs_[1].get(), l + (bw - 7) / 2, (H - 4) / 2, GlyphColorTable(c.btnface).entry[2]);
+        draw_glyph(dc, glyphs_[1], l + (bw - 7) / 2, (H - 4) / 2);
         p.text(kLeft, false, c.gray, 0, 0, false, bw + 2);
         break;
     }
