@@ -96,6 +96,36 @@ void gradient(HDC dc, int l, int t, int r, int b, Rgb top, Rgb bottom)
     GradientFill(dc, v, 2, &g, 1, GRADIENT_FILL_RECT_V);
 }
 
+// The colours of the moment for a back colour, its custom flag and a fore colour.
+Colours colours(OleColor back_colour, bool custom, OleColor fore_colour)
+{
+    Rgb back = translated(back_colour, sys(COLOR_BTNFACE));
+    Colours c{};
+    c.back = back;
+    c.btnface = sys(COLOR_BTNFACE);
+    c.face = custom ? back : c.btnface;
+    c.shadow = sys(COLOR_BTNSHADOW);
+    c.hilight = sys(COLOR_BTNHIGHLIGHT);
+    c.dark = sys(COLOR_3DDKSHADOW);
+    c.light = sys(COLOR_3DLIGHT);
+    c.text = translated(fore_colour, sys(COLOR_BTNTEXT));
+    c.gray = sys(COLOR_GRAYTEXT);
+    c.window = custom ? back : sys(COLOR_WINDOW);
+    c.selection = sys(COLOR_HIGHLIGHT);
+    c.flat_hover = custom ? AdjustColor(back, 16, true) : kFlatLight;
+    c.flat_pressed = custom ? AdjustColor(back, -16, true) : kFlatLighter;
+    c.link = low_colour_display() ? c.text : kLinkBlue;
+    return c;
+}
+
+// The font object's own handle (it stays the font object's).
+HFONT caption_font(const ComPtr<IFontDisp> &font)
+{
+    HFONT h = nullptr;
+    if (ComPtr<IFont> f = font.as<IFont>(IID_IFont)) f->get_hFont(&h);
+    return h;
+}
+
 RECT rect_of(const PxRect &r) { return RECT{r.left, r.top, r.right, r.bottom}; }
 
 // The glyph templates: '.' the magenta key, 'g' the grey key, 'k' black, 'w' white.
@@ -275,26 +305,8 @@ struct Painter {
 
 void cbtn::draw_face(HDC dc, int state)
 {
-    Rgb back = translated(back_, sys(COLOR_BTNFACE));
-    Colours c{};
-    c.back = back;
-    c.btnface = sys(COLOR_BTNFACE);
-    c.face = back_custom_ ? back : c.btnface;
-    c.shadow = sys(COLOR_BTNSHADOW);
-    c.hilight = sys(COLOR_BTNHIGHLIGHT);
-    c.dark = sys(COLOR_3DDKSHADOW);
-    c.light = sys(COLOR_3DLIGHT);
-    c.text = translated(fore_, sys(COLOR_BTNTEXT));
-    c.gray = sys(COLOR_GRAYTEXT);
-    c.window = back_custom_ ? back : sys(COLOR_WINDOW);
-    c.selection = sys(COLOR_HIGHLIGHT);
-    c.flat_hover = back_custom_ ? AdjustColor(back, 16, true) : kFlatLight;
-    c.flat_pressed = back_custom_ ? AdjustColor(back, -16, true) : kFlatLighter;
-    c.link = low_colour_display() ? c.text : kLinkBlue;
-
-    HFONT font = nullptr;
-    if (ComPtr<IFont> f = font_.as<IFont>(IID_IFont)) f->get_hFont(&font);
-    Painter p{dc, layout_.W, layout_.H, c, layout_, caption_, font};
+    Painter p{dc, layout_.W, layout_.H, colours(back_, back_custom_, fore_), layout_, caption_, caption_font(font_)};
+    const Colours &c = p.c;
     const int W = p.W, H = p.H;
     const bool hover = state == face::Hover, pressed = state == face::Pressed;
     int dx = 0; // how far the caption and picture move in a pushed face
@@ -438,21 +450,10 @@ void cbtn::draw_face(HDC dc, int state)
 
 void cbtn::draw_disabled(HDC dc)
 {
-    Rgb back = translated(back_, sys(COLOR_BTNFACE));
-    Colours c{};
-    c.back = back;
-    c.btnface = sys(COLOR_BTNFACE);
-    c.face = back_custom_ ? back : c.btnface;
-    c.shadow = sys(COLOR_BTNSHADOW);
-    c.hilight = sys(COLOR_BTNHIGHLIGHT);
-    c.dark = sys(COLOR_3DDKSHADOW);
-    c.light = sys(COLOR_3DLIGHT);
-    c.text = translated(fore_, sys(COLOR_BTNTEXT));
-    c.gray = sys(COLOR_GRAYTEXT);
-    c.window = c.face;
-    HFONT font = nullptr;
-    if (ComPtr<IFont> f = font_.as<IFont>(IID_IFont)) f->get_hFont(&font);
-    Painter p{dc, layout_.W, layout_.H, c, layout_, caption_, font};
+    Colours face_colours = colours(back_, back_custom_, fore_);
+    face_colours.window = face_colours.face; // a disabled field shows the face
+    Painter p{dc, layout_.W, layout_.H, face_colours, layout_, caption_, caption_font(font_)};
+    const Colours &c = p.c;
     const int W = p.W, H = p.H;
 
     switch (type_) {

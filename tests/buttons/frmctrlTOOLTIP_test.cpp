@@ -34,6 +34,14 @@ void hover(Hosted &b, int x = 40, int y = 10)
     mouse(b.hwnd(), WM_MOUSEMOVE, x, y);
 }
 
+BOOL CALLBACK find_tip(HWND w, LPARAM p)
+{
+    wchar_t cls[64] = {};
+    GetClassNameW(w, cls, 64);
+    if (std::wstring(cls) == L"TarnControlsTooltip") *reinterpret_cast<HWND *>(p) = w;
+    return TRUE;
+}
+
 class TooltipTest : public ButtonTest {};
 
 } // namespace
@@ -171,16 +179,7 @@ TEST(TooltipThreads, EachThreadHasItsOwnTip)
         b.activate();
         b.put(L"ToolTip", Str(L"thread"));
         b.call(L"MousePosn", {I2(0), I2(0), R4(5), R4(5)});
-        DWORD tid = GetCurrentThreadId();
-        EnumThreadWindows(
-            tid,
-            [](HWND w, LPARAM p) {
-                wchar_t cls[64] = {};
-                GetClassNameW(w, cls, 64);
-                if (std::wstring(cls) == L"TarnControlsTooltip") *reinterpret_cast<HWND *>(p) = w;
-                return TRUE;
-            },
-            reinterpret_cast<LPARAM>(&out));
+        EnumThreadWindows(GetCurrentThreadId(), find_tip, reinterpret_cast<LPARAM>(&out));
         b.close();
     };
     run(mine);

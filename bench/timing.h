@@ -1,0 +1,16 @@
+// The clock the Windows-side benchmarks read: milliseconds from the performance counter.
+#pragma once
+#include <windows.h>
+
+namespace tarn::bench {
+
+inline double now_ms()
+{
+    static LARGE_INTEGER freq{};
+    if (!freq.QuadPart) QueryPerformanceFrequency(&freq);
+    LARGE_INTEGER t;
+    QueryPerformanceCounter(&t);
+    return t.QuadPart * 1000.0 / freq.QuadPart;
+}
+
+} // namespace tarn::bench
