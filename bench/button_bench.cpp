@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cwchar>
 
-#include "bench/timing.h"
+#include "bench/bench_clock.h"
 #include "host/container.h"
 
 using namespace tarn;

@@ -12,7 +12,7 @@
 #include <memory>
 #include <vector>
 
-#include "bench/timing.h"
+#include "bench/bench_clock.h"
 #include "host/container.h"
 
 using namespace tarn;

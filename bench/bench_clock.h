@@ -1,4 +1,4 @@
-// The clock the Windows-side benchmarks read: milliseconds from the performance counter.
+// The Windows benchmarks' clock: milliseconds from the performance counter.
 #pragma once
 #include <windows.h>
 
@@ -10,7 +10,7 @@ inline double now_ms()
     if (!freq.QuadPart) QueryPerformanceFrequency(&freq);
     LARGE_INTEGER t;
     QueryPerformanceCounter(&t);
-    return t.QuadPart * 1000.0 / freq.QuadPart;
+    return static_cast<double>(t.QuadPart) * 1000.0 / static_cast<double>(freq.QuadPart);
 }
 
 } // namespace tarn::bench
