@@ -2,4 +2,4 @@
 #pragma once
 
 #define IDB_TOOLBOX_CFRAME 101
-#define IDB_TOOLBOX_CBTN 102
+#define IDB_TOOLBOX_CBTN 110 // 110-119: the buttons
