@@ -113,10 +113,27 @@ void fill_grid(Hosted &g)
 
 constexpr int kColumns = 2, kMargin = 16, kTitle = 18, kCellWidth = 400;
 
+const wchar_t *const kButtonTypes[] = {L"Button", L"Button Flat", L"Combo Box", L"Combo Box Flat", L"Toolbar",
+                                       L"Toolbar Checked", L"Hyperlink", L"Hyperlink White", L"Spin Button",
+                                       L"Spin Button Pressed", L"Windows XP", L"Toolbar Tab Select",
+                                       L"Windows XP Pressed", L"Windows XP Toolbar"};
+enum class Face { Normal, Hover, Pressed, Disabled };
+const wchar_t *const kFaceNames[] = {L"normal", L"hover", L"pressed", L"disabled"};
+constexpr int kWallLabel = 130, kWallCellWidth = 120, kWallCellHeight = 34, kWallButtonWidth = 108,
+              kWallButtonHeight = 26;
+
 struct Placed {
     std::wstring title;
     RECT pos;
     std::unique_ptr<Hosted> control;
+    Face face = Face::Normal;
+};
+
+// The page: every control placed, its size, and where the button wall starts.
+struct Page {
+    std::vector<Placed> placed;
+    SIZE size{};
+    int wall_top = 0;
 };
 
 // Exhibits go in rows of kColumns; each row is as tall as its tallest exhibit.
@@ -137,11 +154,54 @@ std::vector<RECT> layout(const std::vector<Exhibit> &list, SIZE &page)
     return out;
 }
 
-std::vector<Placed> place_all(Container &form, SIZE &page)
+// The wall's buttons, placed below the exhibits. Hover is set through MousePosn before any
+// window exists (so it stays); the pressed face needs a window and is set while drawing.
+void place_wall(Container &form, int top, std::vector<Placed> &out)
 {
-    std::vector<Placed> out;
+    for (int t = 0; t < 14; ++t)
+        for (int f = 0; f < 4; ++f) {
+            int x = kMargin + kWallLabel + f * kWallCellWidth, y = top + t * kWallCellHeight;
+            RECT pos{x, y, x + kWallButtonWidth, y + kWallButtonHeight};
+            auto h = std::make_unique<Hosted>(form, L"TarnControls.cbtn", pos);
+            if (!h->ok()) return;
+            h->put(L"ButtonType", I4(t + 1));
+            h->put(L"CAPTION", Str(t == 7 ? L"Link on blue" : L"Caption"));
+            h->put(L"FocusRect", Bool(false));
+            if (t == 7) { // white text wants a dark page
+                h->put(L"BACKCOLOR", colour(0x00A0502A));
+            }
+            Face face = static_cast<Face>(f);
+            if (face == Face::Disabled) h->put(L"Enabled", Bool(false));
+            if (face == Face::Hover) h->call(L"MousePosn", {I2(0), I2(0), R4(5), R4(5)});
+            out.push_back({L"", pos, std::move(h), face});
+        }
+}
+
+void draw_wall_labels(HDC dc, int top)
+{
+    unique_font font(CreateFontW(-12, 0, 0, 0, FW_BOLD, 0, 0, 0, DEFAULT_CHARSET, 0, 0, ANTIALIASED_QUALITY, 0, L"Tahoma"));
+    select_guard use(dc, font.get());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+    RECT head{kMargin, top - kTitle, kMargin + kWallLabel, top - 2};
+    DrawTextW(dc, L"cbtn: ButtonType", -1, &head, DT_SINGLELINE | DT_BOTTOM);
+    for (int f = 0; f < 4; ++f) {
+        int x = kMargin + kWallLabel + f * kWallCellWidth;
+        RECT r{x, top - kTitle, x + kWallCellWidth, top - 2};
+        DrawTextW(dc, kFaceNames[f], -1, &r, DT_SINGLELINE | DT_BOTTOM);
+    }
+    for (int t = 0; t < 14; ++t) {
+        RECT r{kMargin, top + t * kWallCellHeight, kMargin + kWallLabel, top + t * kWallCellHeight + kWallButtonHeight};
+        std::wstring label = std::to_wstring(t + 1) + L" " + kButtonTypes[t];
+        DrawTextW(dc, label.c_str(), -1, &r, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+    }
+}
+
+Page place_all(Container &form)
+{
+    Page page;
     std::vector<Exhibit> list = exhibits();
-    std::vector<RECT> places = layout(list, page);
+    std::vector<RECT> places = layout(list, page.size);
     for (size_t i = 0; i < list.size(); ++i) {
         const Exhibit &e = list[i];
         auto h = std::make_unique<Hosted>(form, e.progid, places[i]);
@@ -151,9 +211,14 @@ std::vector<Placed> place_all(Container &form, SIZE &page)
         }
         for (const Setting &s : e.settings) h->put(s.property, s.value);
         if (std::wstring(e.progid) == L"TarnControls.grid") fill_grid(*h);
-        out.push_back({e.title, places[i], std::move(h)});
+        page.placed.push_back({e.title, places[i], std::move(h)});
     }
-    return out;
+    // The button wall below the exhibits: 14 looks in 4 faces.
+    page.wall_top = page.size.cy + kTitle;
+    place_wall(form, page.wall_top, page.placed);
+    page.size.cx = std::max<int>(page.size.cx, kMargin * 2 + kWallLabel + 4 * kWallCellWidth);
+    page.size.cy = page.wall_top + 14 * kWallCellHeight + kMargin;
+    return page;
 }
 
 void draw_titles(HDC dc, const std::vector<Placed> &placed)
@@ -163,6 +228,7 @@ void draw_titles(HDC dc, const std::vector<Placed> &placed)
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
     for (const Placed &p : placed) {
+        if (p.title.empty()) continue;
         RECT r{p.pos.left, p.pos.top - kTitle, p.pos.left + kCellWidth - kMargin, p.pos.top - 2};
         DrawTextW(dc, p.title.c_str(), -1, &r, DT_SINGLELINE | DT_BOTTOM | DT_END_ELLIPSIS);
     }
@@ -171,31 +237,37 @@ void draw_titles(HDC dc, const std::vector<Placed> &placed)
 int render_png(const std::wstring &path)
 {
     Container form(800, 600);
-    SIZE size{};
-    std::vector<Placed> placed = place_all(form, size);
-    Bitmap page(size.cx, size.cy, GetSysColor(COLOR_WINDOW));
-    draw_titles(page.dc(), placed);
-    for (Placed &p : placed) {
+    Page page = place_all(form);
+    Bitmap picture(page.size.cx, page.size.cy, GetSysColor(COLOR_WINDOW));
+    draw_titles(picture.dc(), page.placed);
+    draw_wall_labels(picture.dc(), page.wall_top);
+    for (Placed &p : page.placed) {
         ComPtr<IViewObject> view = p.control->as<IViewObject>(IID_IViewObject);
         RECTL bounds{p.pos.left, p.pos.top, p.pos.right, p.pos.bottom};
-        if (view) view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, page.dc(), &bounds, nullptr, nullptr, 0);
+        // The pressed face: a real press on the button's window, held while it is drawn.
+        HWND w = nullptr;
+        if (p.face == Face::Pressed && SUCCEEDED(p.control->activate()) && (w = p.control->hwnd()))
+            SendMessageW(w, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        if (view) view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, picture.dc(), &bounds, nullptr, nullptr, 0);
+        if (w) SendMessageW(w, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
     }
-    if (!page.save_png(path)) {
+    if (!picture.save_png(path)) {
         std::fwprintf(stderr, L"gallery: cannot write %ls\n", path.c_str());
         return 1;
     }
-    std::wprintf(L"gallery: %zu exhibits rendered to %ls\n", placed.size(), path.c_str());
+    std::wprintf(L"gallery: %zu controls rendered to %ls\n", page.placed.size(), path.c_str());
     return 0;
 }
 
-std::vector<Placed> *g_placed = nullptr;
+Page *g_page = nullptr;
 
 LRESULT CALLBACK page_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp)
 {
-    if (msg == WM_PAINT && g_placed) {
+    if (msg == WM_PAINT && g_page) {
         PAINTSTRUCT ps;
         HDC dc = BeginPaint(hwnd, &ps);
-        draw_titles(dc, *g_placed);
+        draw_titles(dc, g_page->placed);
+        draw_wall_labels(dc, g_page->wall_top);
         EndPaint(hwnd, &ps);
         return 0;
     }
@@ -208,20 +280,19 @@ int run_window()
     Container form(800, 600);
     SetWindowTextW(form.hwnd(), L"Tarn Controls gallery");
     SetWindowLongPtrW(form.hwnd(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&page_proc));
-    SIZE size{};
-    std::vector<Placed> placed = place_all(form, size);
-    g_placed = &placed;
-    RECT r{0, 0, size.cx, size.cy};
+    Page page = place_all(form);
+    g_page = &page;
+    RECT r{0, 0, page.size.cx, page.size.cy};
     AdjustWindowRect(&r, WS_OVERLAPPEDWINDOW, FALSE);
     SetWindowPos(form.hwnd(), nullptr, 40, 40, r.right - r.left, r.bottom - r.top, SWP_NOZORDER);
-    for (Placed &p : placed) p.control->activate();
+    for (Placed &p : page.placed) p.control->activate();
     ShowWindow(form.hwnd(), SW_SHOW);
     MSG m;
     while (GetMessageW(&m, nullptr, 0, 0) > 0) {
         TranslateMessage(&m);
         DispatchMessageW(&m);
     }
-    g_placed = nullptr;
+    g_page = nullptr;
     return 0;
 }
 

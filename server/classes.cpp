@@ -1,5 +1,6 @@
 #include "server/classes.h"
 
+#include "buttons/cbtn.h"
 #include "frames/cframe.h"
 #include "grid/grid.h"
 #include "server/resource.h"
@@ -10,6 +11,7 @@ namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
     {&grid::Class, IDB_TOOLBOX_GRID},
+    {&cbtn::Class, IDB_TOOLBOX_CBTN},
 };
 } // namespace
 

@@ -3,3 +3,4 @@
 
 #define IDB_TOOLBOX_CFRAME 101
 #define IDB_TOOLBOX_GRID 102
+#define IDB_TOOLBOX_CBTN 110 // 110-119: the buttons
