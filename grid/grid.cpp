@@ -179,11 +179,11 @@ void grid::DrawSurface(HDC dc, const Scale &)
 
 void grid::apply_font()
 {
-    FontSpec spec = FontSpecOf(font_.get());
+    FontSpec look = FontSpecOf(font_.get());
     GridDefaults d = model_.Cells().Defaults();
-    d.font_name = spec.name;
-    d.font_size = static_cast<float>(spec.size);
-    d.bold = spec.bold;
+    d.font_name = look.name;
+    d.font_size = static_cast<float>(look.size);
+    d.bold = look.bold;
     model_.Cells().SetDefaults(d);
     painter_.ForgetFonts();
     changed();

@@ -29,11 +29,11 @@ const std::vector<std::wstring> kRestoreOrder = {
 
 ComPtr<IFontDisp> font(const wchar_t *name, double size, bool bold = false)
 {
-    FontSpec spec;
-    spec.name = name;
-    spec.size = size;
-    spec.bold = bold;
-    return ComPtr<IFontDisp>::attach(CreateFontObject(spec));
+    FontSpec look;
+    look.name = name;
+    look.size = size;
+    look.bold = bold;
+    return ComPtr<IFontDisp>::attach(CreateFontObject(look));
 }
 
 void set_everything(Hosted &b)

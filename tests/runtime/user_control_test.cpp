@@ -330,10 +330,10 @@ TEST(RuntimeWithoutSite, AControlWorksWithoutAnyContainer)
 
 TEST_F(RuntimeTest, AmbientFontIsTheDefaultForRestoreAndSave)
 {
-    FontSpec spec;
-    spec.name = L"Tahoma";
-    spec.size = 12;
-    form.ambient().font = ComPtr<IFontDisp>::attach(CreateFontObject(spec));
+    FontSpec look;
+    look.name = L"Tahoma";
+    look.size = 12;
+    form.ambient().font = ComPtr<IFontDisp>::attach(CreateFontObject(look));
     ComPtr<Bag> empty = Bag::Create();
     Hosted &f = place(kProgId, {0, 0, 200, 29}, Init::FromBag, empty.get());
     EXPECT_DOUBLE_EQ(12, FontSpecOf(V_DISPATCH(f.get(L"Font").get())).size);
