@@ -11,6 +11,7 @@
 // menu item under the pointer in the status line at the bottom.
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -72,7 +73,7 @@ std::vector<Exhibit> exhibits()
         {L"cframe: flat on a custom back colour",
          L"TarnControls.cframe",
          {220, 40},
-         {{L"CAPTION", Str(L"Flat \u00b7 \u00dcnic\u00f6de \u0416\u0436 \u03a9\u03c9")},
+         {{L"CAPTION", Str(L"Flat \u00b7 \u00dcnic\u00f6de \u0416\u0436")},
           {L"BACKCOLOR", colour(0x00F0E0D0)},
           {L"LeftHighlightColor", colour(0x00404040)},
           {L"TopHighlightColor", colour(0x00404040)},
@@ -82,53 +83,157 @@ std::vector<Exhibit> exhibits()
           {L"TopLightShadowColor", colour(0x00F0E0D0)},
           {L"RightShadowColor", colour(0x00F0E0D0)},
           {L"BottomShadowColor", colour(0x00F0E0D0)}}},
+        {L"grid: typed columns, header and summary bars, sorted by amount",
+         L"TarnControls.grid",
+         {380, 170},
+         {{L"BarSummary", Bool(true)}}},
         {L"resizelck: its icon at design time", L"TarnControls.resizelck", {32, 30}, {}, true},
         {L"mnutxt: its icon at design time", L"TarnControls.mnutxt", {32, 30}, {}, true},
     };
 }
 
-constexpr int kColumns = 2, kMargin = 16, kTitle = 18, kCellWidth = 260, kCellHeight = 80;
+// What the gallery's grid holds: typed columns (text, check box, percentage), header captions,
+// a total, and a sort by the amount column (the marker shows in its header).
+void fill_grid(Hosted &g)
+{
+    g.call(L"ColsSet", {I4(4)});
+    g.call(L"RowsSet", {I4(0)});
+    const wchar_t *rows[] = {L"Apples\t12.50\t\t40 %", L"Pears\t3.20\t\t15 %", L"Plums\t27.00\t\t90 %",
+                             L"Figs\t8.75\t\t5 %", L"Quinces\t15.10\t\t60 %"};
+    for (int r = 0; r < 5; ++r) g.call(L"RowAdd", {Str(rows[r]), I4(r)});
+    g.call(L"ColTypeSet", {I4(2), I4(3)});
+    g.call(L"ColTypeSet", {I4(3), I4(5)});
+    g.call(L"CellChkSet", {I4(0), I4(2), Str(L"TRUE")});
+    g.call(L"CellChkSet", {I4(2), I4(2), Str(L"1")});
+    g.call(L"CellChkSet", {I4(4), I4(2), Str(L" a")});
+    for (int r = 0; r < 5; ++r)
+        g.call(L"CellFontSet", {I4(r), I4(2), Str(L"webdings"), Str(L"10")});
+    const wchar_t *captions[] = {L"Fruit", L"Amount", L"Ripe", L"Share"};
+    for (int c = 0; c < 4; ++c) g.call(L"BarHeaderCaptionSet", {I4(c), Str(captions[c])});
+    g.call(L"ColSetFocus", {I4(1)});
+    g.call(L"SortFlex", {I4(1)});
+    g.call(L"BarSummaryColCalc", {I4(1)});
+    g.call(L"BarSummaryColSet", {I4(0), Str(L"Total"), I2(0)});
+    g.call(L"CellColorSet", {I4(0x00D0F0FF), I4(0), I4(1)});
+}
+
+constexpr int kColumns = 2, kMargin = 16, kTitle = 18, kCellWidth = 400;
+constexpr int kServicesHeight = 56; // the resize lock's line and the status line
+
+const wchar_t *const kButtonTypes[] = {L"Button", L"Button Flat", L"Combo Box", L"Combo Box Flat", L"Toolbar",
+                                       L"Toolbar Checked", L"Hyperlink", L"Hyperlink White", L"Spin Button",
+                                       L"Spin Button Pressed", L"Windows XP", L"Toolbar Tab Select",
+                                       L"Windows XP Pressed", L"Windows XP Toolbar"};
+enum class Face { Normal, Hover, Pressed, Disabled };
+const wchar_t *const kFaceNames[] = {L"normal", L"hover", L"pressed", L"disabled"};
+constexpr int kWallLabel = 130, kWallCellWidth = 120, kWallCellHeight = 34, kWallButtonWidth = 108,
+              kWallButtonHeight = 26;
 
 struct Placed {
     std::wstring title;
     RECT pos;
     std::unique_ptr<Hosted> control;
+    Face face = Face::Normal;
     bool design_time = false;
 };
 
-std::vector<Placed> place_all(Container &form, Container &designer)
+// The page: every control placed, its size, and where the button wall starts.
+struct Page {
+    std::vector<Placed> placed;
+    SIZE size{};
+    int wall_top = 0;
+};
+
+// Exhibits go in rows of kColumns; each row is as tall as its tallest exhibit.
+std::vector<RECT> layout(const std::vector<Exhibit> &list, SIZE &page)
 {
-    std::vector<Placed> out;
+    std::vector<RECT> out;
+    int y = kMargin;
+    for (size_t first = 0; first < list.size(); first += kColumns) {
+        int row_height = 0;
+        for (size_t i = first; i < list.size() && i < first + kColumns; ++i) {
+            int x = kMargin + static_cast<int>(i - first) * kCellWidth;
+            out.push_back({x, y + kTitle, x + list[i].size.cx, y + kTitle + list[i].size.cy});
+            row_height = std::max<int>(row_height, kTitle + list[i].size.cy);
+        }
+        y += row_height + kMargin;
+    }
+    page = {kMargin * 2 + kColumns * kCellWidth, y};
+    return out;
+}
+
+// The wall's buttons, placed below the exhibits. Hover is set through MousePosn before any
+// window exists (so it stays); the pressed face needs a window and is set while drawing.
+void place_wall(Container &form, int top, std::vector<Placed> &out)
+{
+    for (int t = 0; t < 14; ++t)
+        for (int f = 0; f < 4; ++f) {
+            int x = kMargin + kWallLabel + f * kWallCellWidth, y = top + t * kWallCellHeight;
+            RECT pos{x, y, x + kWallButtonWidth, y + kWallButtonHeight};
+            auto h = std::make_unique<Hosted>(form, L"TarnControls.cbtn", pos);
+            if (!h->ok()) return;
+            h->put(L"ButtonType", I4(t + 1));
+            h->put(L"CAPTION", Str(t == 7 ? L"Link on blue" : L"Caption"));
+            h->put(L"FocusRect", Bool(false));
+            if (t == 7) { // white text wants a dark page
+                h->put(L"BACKCOLOR", colour(0x00A0502A));
+            }
+            Face face = static_cast<Face>(f);
+            if (face == Face::Disabled) h->put(L"Enabled", Bool(false));
+            if (face == Face::Hover) h->call(L"MousePosn", {I2(0), I2(0), R4(5), R4(5)});
+            out.push_back({L"", pos, std::move(h), face});
+        }
+}
+
+void draw_wall_labels(HDC dc, int top)
+{
+    unique_font font(CreateFontW(-12, 0, 0, 0, FW_BOLD, 0, 0, 0, DEFAULT_CHARSET, 0, 0, ANTIALIASED_QUALITY, 0, L"Tahoma"));
+    select_guard use(dc, font.get());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+    RECT head{kMargin, top - kTitle, kMargin + kWallLabel, top - 2};
+    DrawTextW(dc, L"cbtn: ButtonType", -1, &head, DT_SINGLELINE | DT_BOTTOM);
+    for (int f = 0; f < 4; ++f) {
+        int x = kMargin + kWallLabel + f * kWallCellWidth;
+        RECT r{x, top - kTitle, x + kWallCellWidth, top - 2};
+        DrawTextW(dc, kFaceNames[f], -1, &r, DT_SINGLELINE | DT_BOTTOM);
+    }
+    for (int t = 0; t < 14; ++t) {
+        RECT r{kMargin, top + t * kWallCellHeight, kMargin + kWallLabel, top + t * kWallCellHeight + kWallButtonHeight};
+        std::wstring label = std::to_wstring(t + 1) + L" " + kButtonTypes[t];
+        DrawTextW(dc, label.c_str(), -1, &r, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+    }
+}
+
+Page place_all(Container &form, Container &designer)
+{
+    Page page;
     std::vector<Exhibit> list = exhibits();
+    std::vector<RECT> places = layout(list, page.size);
     for (size_t i = 0; i < list.size(); ++i) {
         const Exhibit &e = list[i];
-        int col = static_cast<int>(i % kColumns), row = static_cast<int>(i / kColumns);
-        int x = kMargin + col * kCellWidth, y = kMargin + row * kCellHeight + kTitle;
-        RECT pos{x, y, x + e.size.cx, y + e.size.cy};
-        auto h = std::make_unique<Hosted>(e.design_time ? designer : form, e.progid, pos);
+        auto h = std::make_unique<Hosted>(e.design_time ? designer : form, e.progid, places[i]);
         if (!h->ok()) {
             std::fwprintf(stderr, L"gallery: cannot create %ls (0x%08lx)\n", e.progid, h->create_result());
             continue;
         }
         for (const Setting &s : e.settings) h->put(s.property, s.value);
-        out.push_back({e.title, pos, std::move(h), e.design_time});
+        if (std::wstring(e.progid) == L"TarnControls.grid") fill_grid(*h);
+        page.placed.push_back({e.title, places[i], std::move(h), Face::Normal, e.design_time});
     }
-    return out;
-}
-
-constexpr int kServicesHeight = 56; // the resize lock's line and the status line
-
-SIZE page_size(size_t count)
-{
-    int rows = static_cast<int>((count + kColumns - 1) / kColumns);
-    return {kMargin * 2 + kColumns * kCellWidth, kMargin * 2 + rows * kCellHeight + kServicesHeight};
+    // The button wall below the exhibits: 14 looks in 4 faces.
+    page.wall_top = page.size.cy + kTitle;
+    place_wall(form, page.wall_top, page.placed);
+    page.size.cx = std::max<int>(page.size.cx, kMargin * 2 + kWallLabel + 4 * kWallCellWidth);
+    page.size.cy = page.wall_top + 14 * kWallCellHeight + kMargin + kServicesHeight;
+    return page;
 }
 
 // Draws the exhibits that are not activated (the design-time faces) through IViewObject.
-void draw_painted(HDC dc, const std::vector<Placed> &placed, bool all)
+void draw_design_time(HDC dc, const std::vector<Placed> &placed)
 {
     for (const Placed &p : placed) {
-        if (!all && !p.design_time) continue;
+        if (!p.design_time) continue;
         ComPtr<IViewObject> view = p.control->as<IViewObject>(IID_IViewObject);
         RECTL bounds{p.pos.left, p.pos.top, p.pos.right, p.pos.bottom};
         if (view) view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0);
@@ -144,8 +249,8 @@ struct Services {
     HMENU bar = nullptr, file = nullptr;
     std::unique_ptr<Hosted> lock, menu_text;
     std::wstring status = L"Point at a menu item: its caption shows here.";
-    SIZE minimum{0, 0};      // what the lock was told
-    MINMAXINFO answer{};     // what the form answers when asked for its limits
+    SIZE minimum{0, 0};  // what the lock was told
+    MINMAXINFO answer{}; // what the form answers when asked for its limits
     HWND form = nullptr;
     RECT status_area{0, 0, 0, 0};
 };
@@ -245,6 +350,7 @@ void draw_titles(HDC dc, const std::vector<Placed> &placed)
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
     for (const Placed &p : placed) {
+        if (p.title.empty()) continue;
         RECT r{p.pos.left, p.pos.top - kTitle, p.pos.left + kCellWidth - kMargin, p.pos.top - 2};
         DrawTextW(dc, p.title.c_str(), -1, &r, DT_SINGLELINE | DT_BOTTOM | DT_END_ELLIPSIS);
     }
@@ -255,35 +361,45 @@ int render_png(const std::wstring &path)
     Container form(800, 600), designer(100, 100);
     designer.set_user_mode(false);
     ShowWindow(designer.hwnd(), SW_HIDE);
-    std::vector<Placed> placed = place_all(form, designer);
-    SIZE size = page_size(placed.size());
+    Page page = place_all(form, designer);
     Services services;
-    start_services(services, form, size);
+    start_services(services, form, page.size);
     // What a user pointing at File > Save as... makes the reporter say.
     SendMessageW(form.hwnd(), WM_MENUSELECT, MAKEWPARAM(kSaveAs, MF_HILITE | MF_MOUSESELECT),
                  reinterpret_cast<LPARAM>(services.file));
-    Bitmap page(size.cx, size.cy, GetSysColor(COLOR_WINDOW));
-    draw_titles(page.dc(), placed);
-    draw_painted(page.dc(), placed, true);
-    draw_services(page.dc(), services);
+    Bitmap picture(page.size.cx, page.size.cy, GetSysColor(COLOR_WINDOW));
+    draw_titles(picture.dc(), page.placed);
+    draw_wall_labels(picture.dc(), page.wall_top);
+    draw_services(picture.dc(), services);
     stop_services(services);
-    if (!page.save_png(path)) {
+    for (Placed &p : page.placed) {
+        ComPtr<IViewObject> view = p.control->as<IViewObject>(IID_IViewObject);
+        RECTL bounds{p.pos.left, p.pos.top, p.pos.right, p.pos.bottom};
+        // The pressed face: a real press on the button's window, held while it is drawn.
+        HWND w = nullptr;
+        if (p.face == Face::Pressed && SUCCEEDED(p.control->activate()) && (w = p.control->hwnd()))
+            SendMessageW(w, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        if (view) view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, picture.dc(), &bounds, nullptr, nullptr, 0);
+        if (w) SendMessageW(w, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    }
+    if (!picture.save_png(path)) {
         std::fwprintf(stderr, L"gallery: cannot write %ls\n", path.c_str());
         return 1;
     }
-    std::wprintf(L"gallery: %zu exhibits rendered to %ls\n", placed.size(), path.c_str());
+    std::wprintf(L"gallery: %zu controls rendered to %ls\n", page.placed.size(), path.c_str());
     return 0;
 }
 
-std::vector<Placed> *g_placed = nullptr;
+Page *g_page = nullptr;
 
 LRESULT CALLBACK page_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp)
 {
-    if (msg == WM_PAINT && g_placed) {
+    if (msg == WM_PAINT && g_page) {
         PAINTSTRUCT ps;
         HDC dc = BeginPaint(hwnd, &ps);
-        draw_titles(dc, *g_placed);
-        draw_painted(dc, *g_placed, false);
+        draw_titles(dc, g_page->placed);
+        draw_wall_labels(dc, g_page->wall_top);
+        draw_design_time(dc, g_page->placed);
         if (g_services) draw_services(dc, *g_services);
         EndPaint(hwnd, &ps);
         return 0;
@@ -302,14 +418,13 @@ int run_window()
     SetWindowTextW(form.hwnd(), L"Tarn Controls gallery");
     // The page's own procedure goes in first: the window services hook over it.
     SetWindowLongPtrW(form.hwnd(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&page_proc));
-    std::vector<Placed> placed = place_all(form, designer);
-    g_placed = &placed;
-    SIZE size = page_size(placed.size());
+    Page page = place_all(form, designer);
+    g_page = &page;
     Services services;
-    start_services(services, form, size);
+    start_services(services, form, page.size);
     g_services = &services;
     SetWindowPos(form.hwnd(), nullptr, 40, 40, services.minimum.cx, services.minimum.cy, SWP_NOZORDER);
-    for (Placed &p : placed)
+    for (Placed &p : page.placed)
         if (!p.design_time) p.control->activate();
     ShowWindow(form.hwnd(), SW_SHOW);
     MSG m;
@@ -319,7 +434,7 @@ int run_window()
     }
     stop_services(services);
     g_services = nullptr;
-    g_placed = nullptr;
+    g_page = nullptr;
     return 0;
 }
 

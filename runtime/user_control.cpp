@@ -248,8 +248,11 @@ void UserControl::on_paint()
 LRESULT CALLBACK UserControl::window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp)
 {
     if (msg == WM_NCCREATE) {
+        // The object owns its window from the first message on: the sizing messages sent
+        // during creation already reach a control that knows its window.
         auto *cs = reinterpret_cast<CREATESTRUCTW *>(lp);
         SetWindowLongPtrW(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(cs->lpCreateParams));
+        if (auto *self = static_cast<UserControl *>(cs->lpCreateParams)) self->hwnd_ = hwnd;
         return DefWindowProcW(hwnd, msg, wp, lp);
     }
     auto *self = reinterpret_cast<UserControl *>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));

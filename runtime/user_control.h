@@ -217,6 +217,9 @@ protected:
     virtual UINT DialogCode() const { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
     // Whether the control takes the focus (a click activates it, Tab stops on it).
     virtual bool CanGetFocus() const { return true; }
+    // Styles the control's window has beyond a child's (scroll bars, for instance). The
+    // control's size is then its window's client area.
+    virtual DWORD WindowStyle() const { return 0; }
 
     // ---- services for the controls
     // Tells the container a property changed (IPropertyNotifySink::OnChanged with the DISPID of

@@ -1,6 +1,8 @@
 #include "server/classes.h"
 
+#include "buttons/cbtn.h"
 #include "frames/cframe.h"
+#include "grid/grid.h"
 #include "server/resource.h"
 #include "services/Subclass.h"
 #include "services/mnutxt.h"
@@ -11,6 +13,8 @@ namespace tarn {
 namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
+    {&grid::Class, IDB_TOOLBOX_GRID},
+    {&cbtn::Class, IDB_TOOLBOX_CBTN},
     {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
     {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},
     {&mnutxt::Class, IDB_TOOLBOX_MNUTXT},

@@ -2,6 +2,8 @@
 #pragma once
 
 #define IDB_TOOLBOX_CFRAME 101
+#define IDB_TOOLBOX_GRID 102
+#define IDB_TOOLBOX_CBTN 110 // 110-119: the buttons
 // Window services (600s).
 #define IDB_TOOLBOX_RESIZELCK 601
 #define IDB_TOOLBOX_MNUTXT 602

@@ -26,6 +26,15 @@ protected:
         return h;
     }
 
+    // Declares the calls a control makes on its site when it takes the focus (a click on a
+    // focusable control, Tab): UI activation and the focus notices.
+    static void allow_focus(Hosted &h)
+    {
+        for (const wchar_t *call : {L"IOleInPlaceSite::OnUIActivate", L"IOleInPlaceSite::GetWindowContext",
+                                    L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"})
+            h.log().allow(call);
+    }
+
     // Closes one control now, checking that the container's reference was the last.
     void close(Hosted &h)
     {
