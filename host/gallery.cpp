@@ -7,7 +7,7 @@
 // Each exhibit is a control plus the property writes that set it up; controls added to the
 // library add their exhibits to kExhibits. Invisible controls show their design-time face from
 // a second container in design mode. The form itself uses the window services: a resize lock
-// keeps it from shrinking below the page, and a menu text reporter shows the caption of the
+// keeps it from shrinking below 480 x 360 pixels, and a menu text reporter shows the caption of the
 // menu item under the pointer in the status line at the bottom.
 #include <windows.h>
 
@@ -83,12 +83,12 @@ std::vector<Exhibit> exhibits()
           {L"TopLightShadowColor", colour(0x00F0E0D0)},
           {L"RightShadowColor", colour(0x00F0E0D0)},
           {L"BottomShadowColor", colour(0x00F0E0D0)}}},
+        {L"resizelck: its icon at design time", L"TarnControls.resizelck", {32, 30}, {}, true},
+        {L"mnutxt: its icon at design time", L"TarnControls.mnutxt", {32, 30}, {}, true},
         {L"grid: typed columns, header and summary bars, sorted by amount",
          L"TarnControls.grid",
          {380, 170},
          {{L"BarSummary", Bool(true)}}},
-        {L"resizelck: its icon at design time", L"TarnControls.resizelck", {32, 30}, {}, true},
-        {L"mnutxt: its icon at design time", L"TarnControls.mnutxt", {32, 30}, {}, true},
     };
 }
 
@@ -249,7 +249,7 @@ struct Services {
     HMENU bar = nullptr, file = nullptr;
     std::unique_ptr<Hosted> lock, menu_text;
     std::wstring status = L"Point at a menu item: its caption shows here.";
-    SIZE minimum{0, 0};  // what the lock was told
+    SIZE minimum{480, 360}; // what the lock is told: the form never gets smaller
     MINMAXINFO answer{}; // what the form answers when asked for its limits
     HWND form = nullptr;
     RECT status_area{0, 0, 0, 0};
@@ -285,9 +285,6 @@ void start_services(Services &sv, Container &form, SIZE page)
     sv.form = form.hwnd();
     sv.bar = make_menus(sv.file);
     SetMenu(form.hwnd(), sv.bar);
-    RECT r{0, 0, page.cx, page.cy};
-    AdjustWindowRect(&r, WS_OVERLAPPEDWINDOW, TRUE);
-    sv.minimum = {r.right - r.left, r.bottom - r.top};
     sv.status_area = {kMargin, page.cy - kMargin - 22, page.cx - kMargin, page.cy - kMargin};
 
     form.allow_site_call(L"IOleInPlaceSite::GetWindow"); // the lock finds its form as it loads
@@ -423,7 +420,9 @@ int run_window()
     Services services;
     start_services(services, form, page.size);
     g_services = &services;
-    SetWindowPos(form.hwnd(), nullptr, 40, 40, services.minimum.cx, services.minimum.cy, SWP_NOZORDER);
+    RECT r{0, 0, page.size.cx, page.size.cy};
+    AdjustWindowRect(&r, WS_OVERLAPPEDWINDOW, TRUE);
+    SetWindowPos(form.hwnd(), nullptr, 40, 40, r.right - r.left, r.bottom - r.top, SWP_NOZORDER);
     for (Placed &p : page.placed)
         if (!p.design_time) p.control->activate();
     ShowWindow(form.hwnd(), SW_SHOW);
