@@ -16,6 +16,7 @@
 #include <cwchar>
 #include <vector>
 
+#include "bench/bench_clock.h"
 #include "runtime/com.h"
 #include "tarnctls_h.h"
 
@@ -45,24 +46,15 @@ HWND make_window()
                            nullptr);
 }
 
-double now_ns()
-{
-    static LARGE_INTEGER freq{};
-    if (!freq.QuadPart) QueryPerformanceFrequency(&freq);
-    LARGE_INTEGER t;
-    QueryPerformanceCounter(&t);
-    return t.QuadPart * 1e9 / freq.QuadPart;
-}
-
 // Nanoseconds per message over one run of `messages`.
 double per_message(HWND w, UINT msg, int messages)
 {
-    double t0 = now_ns();
+    double t0 = bench::now_ms();
     LRESULT sum = 0;
     for (int i = 0; i < messages; ++i) sum += SendMessageW(w, msg, static_cast<WPARAM>(i), 0);
-    double t1 = now_ns();
+    double t1 = bench::now_ms();
     if (sum == -1) std::printf("?"); // keeps the loop
-    return (t1 - t0) / messages;
+    return (t1 - t0) * 1e6 / messages;
 }
 
 double median(std::vector<double> v)
