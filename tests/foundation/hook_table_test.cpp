@@ -284,21 +284,3 @@ TEST_F(HookTableTest, WindowsThatCannotBeHookedLeaveNoEntryAndNoReference)
     EXPECT_EQ(0u, table.count());
     o->HookRelease();
 }
-
-TEST_F(HookTableTest, AThousandWindowsEachFindTheirOwnEntry)
-{
-    FakeOwner *o = FakeOwner::make();
-    o->watched = {1};
-    for (WindowId w = 1000; w < 2000; ++w) {
-        procs.slots[w] = w * 16;
-        ASSERT_TRUE(table.Hook(procs, w, o, kShared));
-    }
-    for (WindowId w = 1000; w < 2000; w += 37)
-        EXPECT_EQ(static_cast<HookResult>(w * 16 + 2), table.Dispatch(procs, w, 2, 0, 0));
-    for (WindowId w = 1000; w < 2000; w += 2) table.Unhook(procs, w);
-    for (WindowId w = 1001; w < 2000; w += 2) ASSERT_EQ(w * 16, table.find(w)->previous);
-    for (WindowId w = 1000; w < 2000; w += 2) ASSERT_EQ(w * 16, procs.slots[w]);
-    for (WindowId w = 1001; w < 2000; w += 2) table.Unhook(procs, w);
-    EXPECT_EQ(1, o->refs);
-    o->HookRelease();
-}
