@@ -291,3 +291,22 @@ TEST_F(GridTest, ScrollingAndResizingAMillionCellGridLeaveNoObjectsBehind)
     EXPECT_LE(dll.gdi_objects() - gdi, 4);
     EXPECT_EQ(dcs, dll.dcs());
 }
+
+TEST_F(GridTest, ColourMethodsTakeTheirColourByValueOrByReference)
+{
+    Hosted &g = filled({L"a\t1\tx"});
+    // By value, as a script passes a literal.
+    g.call(L"barCol", {I4(0x000000FF)});
+    EXPECT_EQ(S_OK, g.last_result());
+    EXPECT_EQ(0x000000FFu, g.render(320, 200).pixel(250, 10)); // the header bar's background
+    // By reference to a Variant, as a script passes a variable.
+    Variant colour = I4(0x0000FF00);
+    VARIANT ref;
+    V_VT(&ref) = VT_VARIANT | VT_BYREF;
+    V_VARIANTREF(&ref) = colour.get();
+    DISPPARAMS params{&ref, nullptr, 1, 0};
+    Variant result;
+    EXPECT_EQ(S_OK, g.dispatch()->Invoke(dispid_of(g.dispatch(), L"barCol"), IID_NULL, 0, DISPATCH_METHOD, &params,
+                                         result.put(), nullptr, nullptr));
+    EXPECT_EQ(0x0000FF00u, g.render(320, 200).pixel(250, 10));
+}
