@@ -12,21 +12,14 @@
 #include <memory>
 #include <vector>
 
+#include "bench/bench_clock.h"
 #include "host/container.h"
 
 using namespace tarn;
 using namespace tarn::host;
+using tarn::bench::now_ms;
 
 namespace {
-
-double now_ms()
-{
-    static LARGE_INTEGER freq{};
-    if (!freq.QuadPart) QueryPerformanceFrequency(&freq);
-    LARGE_INTEGER t;
-    QueryPerformanceCounter(&t);
-    return t.QuadPart * 1000.0 / freq.QuadPart;
-}
 
 void report(const char *what, int count, double ms)
 {

@@ -4,21 +4,21 @@
 
 namespace tarn {
 
-IFontDisp *CreateFontObject(const FontSpec &spec)
+IFontDisp *CreateFontObject(const FontSpec &look)
 {
     FONTDESC fd{};
     fd.cbSizeofstruct = sizeof fd;
-    fd.lpstrName = const_cast<LPOLESTR>(spec.name.c_str());
-    fd.cySize.int64 = static_cast<LONGLONG>(std::llround(spec.size * 10000.0));
-    // Bold and weight agree: a bold spec is at least 401, a plain one at most 400.
-    SHORT weight = spec.weight;
-    if (spec.bold && weight < 401) weight = FW_BOLD;
-    if (!spec.bold && weight > 400) weight = FW_NORMAL;
+    fd.lpstrName = const_cast<LPOLESTR>(look.name.c_str());
+    fd.cySize.int64 = static_cast<LONGLONG>(std::llround(look.size * 10000.0));
+    // Bold and weight agree: a bold look is at least 401, a plain one at most 400.
+    SHORT weight = look.weight;
+    if (look.bold && weight < 401) weight = FW_BOLD;
+    if (!look.bold && weight > 400) weight = FW_NORMAL;
     fd.sWeight = weight;
-    fd.sCharset = spec.charset;
-    fd.fItalic = spec.italic;
-    fd.fUnderline = spec.underline;
-    fd.fStrikethrough = spec.strikethrough;
+    fd.sCharset = look.charset;
+    fd.fItalic = look.italic;
+    fd.fUnderline = look.underline;
+    fd.fStrikethrough = look.strikethrough;
     IFontDisp *font = nullptr;
     if (FAILED(OleCreateFontIndirect(&fd, IID_IFontDisp, reinterpret_cast<void **>(&font)))) return nullptr;
     return font;
@@ -26,24 +26,24 @@ IFontDisp *CreateFontObject(const FontSpec &spec)
 
 FontSpec FontSpecOf(IUnknown *unk)
 {
-    FontSpec spec;
+    FontSpec look;
     IFont *font = nullptr;
-    if (!unk || FAILED(unk->QueryInterface(IID_IFont, reinterpret_cast<void **>(&font))) || !font) return spec;
+    if (!unk || FAILED(unk->QueryInterface(IID_IFont, reinterpret_cast<void **>(&font))) || !font) return look;
     BSTR name = nullptr;
-    if (SUCCEEDED(font->get_Name(&name)) && name) spec.name = name;
+    if (SUCCEEDED(font->get_Name(&name)) && name) look.name = name;
     SysFreeString(name);
     CY size{};
-    if (SUCCEEDED(font->get_Size(&size))) spec.size = static_cast<double>(size.int64) / 10000.0;
+    if (SUCCEEDED(font->get_Size(&size))) look.size = static_cast<double>(size.int64) / 10000.0;
     SHORT weight = 400, charset = 0;
     BOOL b = FALSE;
-    if (SUCCEEDED(font->get_Weight(&weight))) spec.weight = weight;
-    if (SUCCEEDED(font->get_Charset(&charset))) spec.charset = charset;
-    if (SUCCEEDED(font->get_Bold(&b))) spec.bold = b;
-    if (SUCCEEDED(font->get_Italic(&b))) spec.italic = b;
-    if (SUCCEEDED(font->get_Underline(&b))) spec.underline = b;
-    if (SUCCEEDED(font->get_Strikethrough(&b))) spec.strikethrough = b;
+    if (SUCCEEDED(font->get_Weight(&weight))) look.weight = weight;
+    if (SUCCEEDED(font->get_Charset(&charset))) look.charset = charset;
+    if (SUCCEEDED(font->get_Bold(&b))) look.bold = b;
+    if (SUCCEEDED(font->get_Italic(&b))) look.italic = b;
+    if (SUCCEEDED(font->get_Underline(&b))) look.underline = b;
+    if (SUCCEEDED(font->get_Strikethrough(&b))) look.strikethrough = b;
     font->Release();
-    return spec;
+    return look;
 }
 
 IFontDisp *CloneFontObject(IUnknown *unk)

@@ -9,8 +9,8 @@
 namespace tarn {
 
 // A new font object; the caller owns the reference. Null when the platform refuses.
-IFontDisp *CreateFontObject(const FontSpec &spec);
-// The spec of a font object (name, size, style); the default spec when it cannot be read.
+IFontDisp *CreateFontObject(const FontSpec &look);
+// The look of a font object (name, size, style); the default look when it cannot be read.
 FontSpec FontSpecOf(IUnknown *font);
 // A copy of a font object, so that a control never shares a font with its host.
 IFontDisp *CloneFontObject(IUnknown *font);

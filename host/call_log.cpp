@@ -20,6 +20,7 @@ std::wstring variant_text(const Variant &v)
     case VT_EMPTY: return L"Empty";
     case VT_I2: return std::to_wstring(V_I2(p));
     case VT_I4: return std::to_wstring(V_I4(p));
+    case VT_I8: return std::to_wstring(V_I8(p));
     case VT_UI1: return std::to_wstring(V_UI1(p));
     case VT_R4: return number_text(V_R4(p));
     case VT_R8: return number_text(V_R8(p));

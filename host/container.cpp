@@ -168,6 +168,7 @@ Hosted::Hosted(Container &container, const std::wstring &progid, RECT pos, Init 
     : container_(container)
 {
     container_.hosted_.push_back(this);
+    for (const std::wstring &call : container_.site_calls_) log_.allow(call);
     site_ = ComPtr<Site>::attach(new Site(container.hwnd(), container.frame(), container.ambient(), log_));
     site_->set_position(pos);
 
@@ -382,12 +383,31 @@ ULONG Hosted::close()
     return left;
 }
 
+namespace {
+
+// The form's Tab navigation, as a host form has it: Tab and Shift+Tab move the focus to the
+// next or previous tab stop unless the focused control wants the key itself.
+bool tab_navigates(MSG &m)
+{
+    if (m.message != WM_KEYDOWN || m.wParam != VK_TAB || !m.hwnd) return false;
+    LRESULT code = SendMessageW(m.hwnd, WM_GETDLGCODE, m.wParam, reinterpret_cast<LPARAM>(&m));
+    if (code & (DLGC_WANTTAB | DLGC_WANTALLKEYS)) return false;
+    HWND root = GetAncestor(m.hwnd, GA_ROOT);
+    if (!root || root == m.hwnd) return false;
+    HWND next = GetNextDlgTabItem(root, m.hwnd, GetKeyState(VK_SHIFT) < 0);
+    if (next && next != m.hwnd) SetFocus(next);
+    return true;
+}
+
+} // namespace
+
 void pump(DWORD ms)
 {
     DWORD end = GetTickCount() + ms;
     do {
         MSG m;
         while (PeekMessageW(&m, nullptr, 0, 0, PM_REMOVE)) {
+            if (tab_navigates(m)) continue;
             TranslateMessage(&m);
             DispatchMessageW(&m);
         }

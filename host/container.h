@@ -48,6 +48,9 @@ public:
     void ambient_changed(DISPID id);
     // The frame's own calls (SetActiveObject...), strict like a site's.
     CallLog &frame_log() { return frame_log_; }
+    // A site call every control placed from now on may make without its test declaring it
+    // again: a call made while the control loads, before the test holds its log.
+    void allow_site_call(const std::wstring &call) { site_calls_.push_back(call); }
 
 private:
     friend class Hosted;
@@ -56,6 +59,7 @@ private:
     AmbientSettings ambient_;
     CallLog frame_log_;
     std::vector<Hosted *> hosted_;
+    std::vector<std::wstring> site_calls_;
 };
 
 // How a hosted control is brought up.

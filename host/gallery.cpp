@@ -5,9 +5,13 @@
 //   gallery.exe --png FILE    renders the same page off-screen into a PNG file and exits
 //
 // Each exhibit is a control plus the property writes that set it up; controls added to the
-// library add their exhibits to kExhibits.
+// library add their exhibits to kExhibits. Invisible controls show their design-time face from
+// a second container in design mode. The form itself uses the window services: a resize lock
+// keeps it from shrinking below 480 x 360 pixels, and a menu text reporter shows the caption of the
+// menu item under the pointer in the status line at the bottom.
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -32,19 +36,19 @@ struct Exhibit {
     const wchar_t *progid;
     SIZE size; // pixels
     std::vector<Setting> settings;
-    // Shown in the middle of a button-face panel, the surface it is made for.
-    bool on_face = false;
+    bool design_time = false; // placed in the design-mode container and drawn, not activated
+    bool on_face = false;     // in the middle of a button-face panel, the surface it is made for
 };
 
 Variant colour(OleColor c) { return I4(static_cast<int32_t>(c)); }
 
 Variant font(const wchar_t *name, double size, bool bold = false)
 {
-    FontSpec spec;
-    spec.name = name;
-    spec.size = size;
-    spec.bold = bold;
-    ComPtr<IFontDisp> f = ComPtr<IFontDisp>::attach(CreateFontObject(spec));
+    FontSpec look;
+    look.name = name;
+    look.size = size;
+    look.bold = bold;
+    ComPtr<IFontDisp> f = ComPtr<IFontDisp>::attach(CreateFontObject(look));
     return Variant::of_dispatch(f.get());
 }
 
@@ -80,7 +84,7 @@ std::vector<Exhibit> exhibits()
         {L"cframe: flat on a custom back colour",
          L"TarnControls.cframe",
          {220, 40},
-         {{L"CAPTION", Str(L"Flat \u00b7 \u00dcnic\u00f6de \u0416\u0436 \u03a9\u03c9")},
+         {{L"CAPTION", Str(L"Flat \u00b7 \u00dcnic\u00f6de \u0416\u0436")},
           {L"BACKCOLOR", colour(0x00F0E0D0)},
           {L"LeftHighlightColor", colour(0x00404040)},
           {L"TopHighlightColor", colour(0x00404040)},
@@ -98,20 +102,79 @@ std::vector<Exhibit> exhibits()
         {L"updown: disabled", L"TarnControls.updown", {120, 21}, {{L"Text", Str(L"7")}, {L"Enabled", Bool(false)}}},
         {L"updown: large bold font, own colours",
          L"TarnControls.updown",
-         {160, 21},
+         {160, 30},
          {{L"Font", font(L"Tahoma", 14, true)},
           {L"BACKCOLOR", colour(0x00E0FFFF)},
           {L"ForeColor", colour(0x00800000)},
           {L"Max", I4(2000)},
           {L"Text", Str(L"1024")}}},
-        {L"lnev: divider, 30 twips wide", L"TarnControls.lnev", {2, 50}, {}, true},
+        {L"lnev: divider, 30 twips wide", L"TarnControls.lnev", {2, 50}, {}, false, true},
         {L"grdchk: checked, window-coloured cell",
          L"TarnControls.grdchk",
          {120, 17},
          {{L"BACKCOLOR", colour(0x80000005)}, {L"Value", I2(1)}}},
         {L"grdchk: unchecked, disabled", L"TarnControls.grdchk", {120, 17}, {{L"Enabled", Bool(false)}}},
+        {L"resizelck: its icon at design time", L"TarnControls.resizelck", {32, 30}, {}, true},
+        {L"mnutxt: its icon at design time", L"TarnControls.mnutxt", {32, 30}, {}, true},
+        {L"grid: typed columns, header and summary bars, sorted by amount",
+         L"TarnControls.grid",
+         {380, 170},
+         {{L"BarSummary", Bool(true)}}},
     };
 }
+
+// What the gallery's grid holds: typed columns (text, check box, percentage), header captions,
+// a total, and a sort by the amount column (the marker shows in its header).
+void fill_grid(Hosted &g)
+{
+    g.call(L"ColsSet", {I4(4)});
+    g.call(L"RowsSet", {I4(0)});
+    const wchar_t *rows[] = {L"Apples\t12.50\t\t40 %", L"Pears\t3.20\t\t15 %", L"Plums\t27.00\t\t90 %",
+                             L"Figs\t8.75\t\t5 %", L"Quinces\t15.10\t\t60 %"};
+    for (int r = 0; r < 5; ++r) g.call(L"RowAdd", {Str(rows[r]), I4(r)});
+    g.call(L"ColTypeSet", {I4(2), I4(3)});
+    g.call(L"ColTypeSet", {I4(3), I4(5)});
+    g.call(L"CellChkSet", {I4(0), I4(2), Str(L"TRUE")});
+    g.call(L"CellChkSet", {I4(2), I4(2), Str(L"1")});
+    g.call(L"CellChkSet", {I4(4), I4(2), Str(L" a")});
+    for (int r = 0; r < 5; ++r)
+        g.call(L"CellFontSet", {I4(r), I4(2), Str(L"webdings"), Str(L"10")});
+    const wchar_t *captions[] = {L"Fruit", L"Amount", L"Ripe", L"Share"};
+    for (int c = 0; c < 4; ++c) g.call(L"BarHeaderCaptionSet", {I4(c), Str(captions[c])});
+    g.call(L"ColSetFocus", {I4(1)});
+    g.call(L"SortFlex", {I4(1)});
+    g.call(L"BarSummaryColCalc", {I4(1)});
+    g.call(L"BarSummaryColSet", {I4(0), Str(L"Total"), I2(0)});
+    g.call(L"CellColorSet", {I4(0x00D0F0FF), I4(0), I4(1)});
+}
+
+constexpr int kColumns = 2, kMargin = 16, kTitle = 18, kCellWidth = 400;
+constexpr int kServicesHeight = 56; // the resize lock's line and the status line
+
+const wchar_t *const kButtonTypes[] = {L"Button", L"Button Flat", L"Combo Box", L"Combo Box Flat", L"Toolbar",
+                                       L"Toolbar Checked", L"Hyperlink", L"Hyperlink White", L"Spin Button",
+                                       L"Spin Button Pressed", L"Windows XP", L"Toolbar Tab Select",
+                                       L"Windows XP Pressed", L"Windows XP Toolbar"};
+enum class Face { Normal, Hover, Pressed, Disabled };
+const wchar_t *const kFaceNames[] = {L"normal", L"hover", L"pressed", L"disabled"};
+constexpr int kWallLabel = 130, kWallCellWidth = 120, kWallCellHeight = 34, kWallButtonWidth = 108,
+              kWallButtonHeight = 26;
+
+struct Placed {
+    std::wstring title;
+    RECT pos;
+    std::unique_ptr<Hosted> control;
+    Face face = Face::Normal;
+    bool design_time = false;
+    RECT panel{}; // the button-face panel under it; empty when there is none
+};
+
+// The page: every control placed, its size, and where the button wall starts.
+struct Page {
+    std::vector<Placed> placed;
+    SIZE size{};
+    int wall_top = 0;
+};
 
 int screen_dpi(int index)
 {
@@ -120,35 +183,86 @@ int screen_dpi(int index)
     return dpi > 0 ? dpi : 96;
 }
 
-constexpr int kColumns = 2, kMargin = 16, kTitle = 18, kCellWidth = 260, kCellHeight = 80;
-
-struct Placed {
-    std::wstring title;
-    RECT pos;
-    std::unique_ptr<Hosted> control;
-    RECT panel; // empty when there is none
-};
-
-std::vector<Placed> place_all(Container &form)
+// Exhibits go in rows of kColumns; each row is as tall as its tallest exhibit.
+std::vector<RECT> layout(const std::vector<Exhibit> &list, SIZE &page)
 {
-    std::vector<Placed> out;
+    std::vector<RECT> out;
+    int y = kMargin;
+    for (size_t first = 0; first < list.size(); first += kColumns) {
+        int row_height = 0;
+        for (size_t i = first; i < list.size() && i < first + kColumns; ++i) {
+            int x = kMargin + static_cast<int>(i - first) * kCellWidth;
+            out.push_back({x, y + kTitle, x + list[i].size.cx, y + kTitle + list[i].size.cy});
+            row_height = std::max<int>(row_height, kTitle + list[i].size.cy);
+        }
+        y += row_height + kMargin;
+    }
+    page = {kMargin * 2 + kColumns * kCellWidth, y};
+    return out;
+}
+
+// The wall's buttons, placed below the exhibits. Hover is set through MousePosn before any
+// window exists (so it stays); the pressed face needs a window and is set while drawing.
+void place_wall(Container &form, int top, std::vector<Placed> &out)
+{
+    for (int t = 0; t < 14; ++t)
+        for (int f = 0; f < 4; ++f) {
+            int x = kMargin + kWallLabel + f * kWallCellWidth, y = top + t * kWallCellHeight;
+            RECT pos{x, y, x + kWallButtonWidth, y + kWallButtonHeight};
+            auto h = std::make_unique<Hosted>(form, L"TarnControls.cbtn", pos);
+            if (!h->ok()) return;
+            h->put(L"ButtonType", I4(t + 1));
+            h->put(L"CAPTION", Str(t == 7 ? L"Link on blue" : L"Caption"));
+            h->put(L"FocusRect", Bool(false));
+            if (t == 7) { // white text wants a dark page
+                h->put(L"BACKCOLOR", colour(0x00A0502A));
+            }
+            Face face = static_cast<Face>(f);
+            if (face == Face::Disabled) h->put(L"Enabled", Bool(false));
+            if (face == Face::Hover) h->call(L"MousePosn", {I2(0), I2(0), R4(5), R4(5)});
+            out.push_back({L"", pos, std::move(h), face});
+        }
+}
+
+void draw_wall_labels(HDC dc, int top)
+{
+    unique_font font(CreateFontW(-12, 0, 0, 0, FW_BOLD, 0, 0, 0, DEFAULT_CHARSET, 0, 0, ANTIALIASED_QUALITY, 0, L"Tahoma"));
+    select_guard use(dc, font.get());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+    RECT head{kMargin, top - kTitle, kMargin + kWallLabel, top - 2};
+    DrawTextW(dc, L"cbtn: ButtonType", -1, &head, DT_SINGLELINE | DT_BOTTOM);
+    for (int f = 0; f < 4; ++f) {
+        int x = kMargin + kWallLabel + f * kWallCellWidth;
+        RECT r{x, top - kTitle, x + kWallCellWidth, top - 2};
+        DrawTextW(dc, kFaceNames[f], -1, &r, DT_SINGLELINE | DT_BOTTOM);
+    }
+    for (int t = 0; t < 14; ++t) {
+        RECT r{kMargin, top + t * kWallCellHeight, kMargin + kWallLabel, top + t * kWallCellHeight + kWallButtonHeight};
+        std::wstring label = std::to_wstring(t + 1) + L" " + kButtonTypes[t];
+        DrawTextW(dc, label.c_str(), -1, &r, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+    }
+}
+
+Page place_all(Container &form, Container &designer)
+{
+    Page page;
     std::vector<Exhibit> list = exhibits();
+    std::vector<RECT> places = layout(list, page.size);
     for (size_t i = 0; i < list.size(); ++i) {
         const Exhibit &e = list[i];
-        int col = static_cast<int>(i % kColumns), row = static_cast<int>(i / kColumns);
-        int x = kMargin + col * kCellWidth, y = kMargin + row * kCellHeight + kTitle;
-        RECT panel{};
+        RECT pos = places[i], panel{};
         if (e.on_face) {
-            panel = {x, y, x + kCellWidth - kMargin, y + e.size.cy};
-            x += (kCellWidth - kMargin - e.size.cx) / 2;
+            panel = {pos.left, pos.top, pos.left + kCellWidth - kMargin, pos.bottom};
+            OffsetRect(&pos, (panel.right - panel.left - e.size.cx) / 2, 0);
         }
-        RECT pos{x, y, x + e.size.cx, y + e.size.cy};
-        auto h = std::make_unique<Hosted>(form, e.progid, pos);
+        auto h = std::make_unique<Hosted>(e.design_time ? designer : form, e.progid, pos);
         if (!h->ok()) {
             std::fwprintf(stderr, L"gallery: cannot create %ls (0x%08lx)\n", e.progid, h->create_result());
             continue;
         }
         for (const Setting &s : e.settings) h->put(s.property, s.value);
+        if (std::wstring(e.progid) == L"TarnControls.grid") fill_grid(*h);
         // Controls that size themselves (a box to its font's height, a divider to its width)
         // are shown at the size they took.
         SIZEL extent{};
@@ -157,20 +271,129 @@ std::vector<Placed> place_all(Container &form)
             pos.right = pos.left + MulDiv(extent.cx, screen_dpi(LOGPIXELSX), 2540);
             pos.bottom = pos.top + MulDiv(extent.cy, screen_dpi(LOGPIXELSY), 2540);
         }
-        if (e.on_face) panel.bottom = pos.bottom;
-        out.push_back({e.title, pos, std::move(h), panel});
+        page.placed.push_back({e.title, pos, std::move(h), Face::Normal, e.design_time, panel});
     }
-    return out;
+    // The button wall below the exhibits: 14 looks in 4 faces.
+    page.wall_top = page.size.cy + kTitle;
+    place_wall(form, page.wall_top, page.placed);
+    page.size.cx = std::max<int>(page.size.cx, kMargin * 2 + kWallLabel + 4 * kWallCellWidth);
+    page.size.cy = page.wall_top + 14 * kWallCellHeight + kMargin + kServicesHeight;
+    return page;
 }
 
-SIZE page_size(size_t count)
+// Draws the exhibits that are not activated (the design-time faces) through IViewObject.
+void draw_design_time(HDC dc, const std::vector<Placed> &placed)
 {
-    int rows = static_cast<int>((count + kColumns - 1) / kColumns);
-    return {kMargin * 2 + kColumns * kCellWidth, kMargin * 2 + rows * kCellHeight};
+    for (const Placed &p : placed) {
+        if (!p.design_time) continue;
+        ComPtr<IViewObject> view = p.control->as<IViewObject>(IID_IViewObject);
+        RECTL bounds{p.pos.left, p.pos.top, p.pos.right, p.pos.bottom};
+        if (view) view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0);
+    }
 }
 
-// The page under the controls: panels and titles.
-void draw_page(HDC dc, const std::vector<Placed> &placed)
+// ---------------------------------------------------------------- the form's window services
+
+enum : UINT { kOpen = 1, kSaveAs, kExit, kRefresh, kZoom100, kZoom200, kAbout };
+
+// The form's menu bar, its resize lock and its menu text reporter, and what they report.
+struct Services {
+    HMENU bar = nullptr, file = nullptr;
+    std::unique_ptr<Hosted> lock, menu_text;
+    std::wstring status = L"Point at a menu item: its caption shows here.";
+    SIZE minimum{480, 360}; // what the lock is told: the form never gets smaller
+    MINMAXINFO answer{}; // what the form answers when asked for its limits
+    HWND form = nullptr;
+    RECT status_area{0, 0, 0, 0};
+};
+
+Services *g_services = nullptr;
+
+HMENU make_menus(HMENU &file)
+{
+    file = CreatePopupMenu();
+    AppendMenuW(file, MF_STRING, kOpen, L"&Open...");
+    AppendMenuW(file, MF_STRING, kSaveAs, L"Save &as...");
+    AppendMenuW(file, MF_SEPARATOR, 0, nullptr);
+    AppendMenuW(file, MF_STRING, kExit, L"E&xit");
+    HMENU zoom = CreatePopupMenu();
+    AppendMenuW(zoom, MF_STRING, kZoom100, L"&100 %");
+    AppendMenuW(zoom, MF_STRING, kZoom200, L"&200 %");
+    HMENU view = CreatePopupMenu();
+    AppendMenuW(view, MF_STRING, kRefresh, L"&Refresh");
+    AppendMenuW(view, MF_POPUP, reinterpret_cast<UINT_PTR>(zoom), L"&Zoom");
+    HMENU help = CreatePopupMenu();
+    AppendMenuW(help, MF_STRING, kAbout, L"&About Tarn Controls");
+    HMENU bar = CreateMenu();
+    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(file), L"&File");
+    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(view), L"&View");
+    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(help), L"&Help");
+    return bar;
+}
+
+// Puts the lock and the reporter on `form`, whose page is `page` pixels.
+void start_services(Services &sv, Container &form, SIZE page)
+{
+    sv.form = form.hwnd();
+    sv.bar = make_menus(sv.file);
+    SetMenu(form.hwnd(), sv.bar);
+    sv.status_area = {kMargin, page.cy - kMargin - 22, page.cx - kMargin, page.cy - kMargin};
+
+    form.allow_site_call(L"IOleInPlaceSite::GetWindow"); // the lock finds its form as it loads
+    sv.lock = std::make_unique<Hosted>(form, L"TarnControls.resizelck", RECT{0, 0, 0, 0});
+    sv.lock->put(L"MinWidth", I4(sv.minimum.cx));
+    sv.lock->put(L"MinHeight", I4(sv.minimum.cy));
+
+    sv.menu_text = std::make_unique<Hosted>(form, L"TarnControls.mnutxt", RECT{0, 0, 0, 0});
+    sv.menu_text->log().on_event = [&sv](const std::wstring &name, DISPPARAMS *params) {
+        if (name != L"MENUTEXT" || !params || params->cArgs != 1) return;
+        Variant text;
+        VariantCopyInd(text.put(), &params->rgvarg[0]);
+        sv.status = as_string(text).empty() ? L"Ready" : as_string(text);
+        InvalidateRect(sv.form, &sv.status_area, TRUE);
+    };
+    Variant hwnd;
+    V_VT(hwnd.put()) = sizeof(void *) == 8 ? VT_I8 : VT_I4;
+    if (sizeof(void *) == 8) V_I8(hwnd.get()) = reinterpret_cast<LONG_PTR>(form.hwnd());
+    else V_I4(hwnd.get()) = static_cast<LONG>(reinterpret_cast<LONG_PTR>(form.hwnd()));
+    sv.menu_text->put(L"hwnd", hwnd);
+    sv.menu_text->call(L"Subclass");
+
+    memset(&sv.answer, 0, sizeof sv.answer);
+    SendMessageW(form.hwnd(), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&sv.answer));
+}
+
+void stop_services(Services &sv)
+{
+    if (sv.menu_text) sv.menu_text->call(L"UnSubClass"); // the host pairs Subclass and UnSubClass
+    sv.menu_text.reset();
+    sv.lock.reset();
+    if (sv.form && IsWindow(sv.form)) SetMenu(sv.form, nullptr);
+    if (sv.bar) DestroyMenu(sv.bar);
+    sv.bar = nullptr;
+}
+
+void draw_services(HDC dc, const Services &sv)
+{
+    unique_font font(CreateFontW(-12, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, ANTIALIASED_QUALITY, 0, L"Tahoma"));
+    select_guard use(dc, font.get());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+    wchar_t line[200];
+    std::swprintf(line, 200, L"Resize lock: the form answers WM_GETMINMAXINFO with a minimum of %ld x %ld pixels.",
+                  sv.answer.ptMinTrackSize.x, sv.answer.ptMinTrackSize.y);
+    RECT text{sv.status_area.left, sv.status_area.top - 24, sv.status_area.right, sv.status_area.top - 4};
+    DrawTextW(dc, line, -1, &text, DT_SINGLELINE | DT_BOTTOM | DT_END_ELLIPSIS);
+    RECT bar = sv.status_area;
+    FillRect(dc, &bar, GetSysColorBrush(COLOR_BTNFACE));
+    FrameRect(dc, &bar, GetSysColorBrush(COLOR_BTNSHADOW));
+    RECT inside{bar.left + 6, bar.top + 2, bar.right - 6, bar.bottom - 2};
+    std::wstring shown = L"MENUTEXT: " + sv.status;
+    DrawTextW(dc, shown.c_str(), -1, &inside, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+}
+
+// Titles, and the panels some exhibits sit on.
+void draw_titles(HDC dc, const std::vector<Placed> &placed)
 {
     unique_font font(CreateFontW(-12, 0, 0, 0, FW_BOLD, 0, 0, 0, DEFAULT_CHARSET, 0, 0, ANTIALIASED_QUALITY, 0, L"Tahoma"));
     select_guard use(dc, font.get());
@@ -178,6 +401,7 @@ void draw_page(HDC dc, const std::vector<Placed> &placed)
     SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
     for (const Placed &p : placed) {
         if (!IsRectEmpty(&p.panel)) FillRect(dc, &p.panel, GetSysColorBrush(COLOR_BTNFACE));
+        if (p.title.empty()) continue;
         LONG left = IsRectEmpty(&p.panel) ? p.pos.left : p.panel.left;
         RECT r{left, p.pos.top - kTitle, left + kCellWidth - kMargin, p.pos.top - 2};
         DrawTextW(dc, p.title.c_str(), -1, &r, DT_SINGLELINE | DT_BOTTOM | DT_END_ELLIPSIS);
@@ -186,58 +410,85 @@ void draw_page(HDC dc, const std::vector<Placed> &placed)
 
 int render_png(const std::wstring &path)
 {
-    Container form(800, 600);
-    std::vector<Placed> placed = place_all(form);
-    SIZE size = page_size(placed.size());
-    Bitmap page(size.cx, size.cy, GetSysColor(COLOR_WINDOW));
-    draw_page(page.dc(), placed);
-    for (Placed &p : placed) {
+    Container form(800, 600), designer(100, 100);
+    designer.set_user_mode(false);
+    ShowWindow(designer.hwnd(), SW_HIDE);
+    Page page = place_all(form, designer);
+    Services services;
+    start_services(services, form, page.size);
+    // What a user pointing at File > Save as... makes the reporter say.
+    SendMessageW(form.hwnd(), WM_MENUSELECT, MAKEWPARAM(kSaveAs, MF_HILITE | MF_MOUSESELECT),
+                 reinterpret_cast<LPARAM>(services.file));
+    Bitmap picture(page.size.cx, page.size.cy, GetSysColor(COLOR_WINDOW));
+    draw_titles(picture.dc(), page.placed);
+    draw_wall_labels(picture.dc(), page.wall_top);
+    draw_services(picture.dc(), services);
+    stop_services(services);
+    for (Placed &p : page.placed) {
         ComPtr<IViewObject> view = p.control->as<IViewObject>(IID_IViewObject);
         RECTL bounds{p.pos.left, p.pos.top, p.pos.right, p.pos.bottom};
-        if (view) view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, page.dc(), &bounds, nullptr, nullptr, 0);
+        // The pressed face: a real press on the button's window, held while it is drawn.
+        HWND w = nullptr;
+        if (p.face == Face::Pressed && SUCCEEDED(p.control->activate()) && (w = p.control->hwnd()))
+            SendMessageW(w, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        if (view) view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, picture.dc(), &bounds, nullptr, nullptr, 0);
+        if (w) SendMessageW(w, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
     }
-    if (!page.save_png(path)) {
+    if (!picture.save_png(path)) {
         std::fwprintf(stderr, L"gallery: cannot write %ls\n", path.c_str());
         return 1;
     }
-    std::wprintf(L"gallery: %zu exhibits rendered to %ls\n", placed.size(), path.c_str());
+    std::wprintf(L"gallery: %zu controls rendered to %ls\n", page.placed.size(), path.c_str());
     return 0;
 }
 
-std::vector<Placed> *g_placed = nullptr;
+Page *g_page = nullptr;
 
 LRESULT CALLBACK page_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp)
 {
-    if (msg == WM_PAINT && g_placed) {
+    if (msg == WM_PAINT && g_page) {
         PAINTSTRUCT ps;
         HDC dc = BeginPaint(hwnd, &ps);
-        draw_page(dc, *g_placed);
+        draw_titles(dc, g_page->placed);
+        draw_wall_labels(dc, g_page->wall_top);
+        draw_design_time(dc, g_page->placed);
+        if (g_services) draw_services(dc, *g_services);
         EndPaint(hwnd, &ps);
         return 0;
     }
+    if (msg == WM_COMMAND && LOWORD(wp) == kExit) PostMessageW(hwnd, WM_CLOSE, 0, 0);
+    if (msg == WM_CLOSE && g_services) stop_services(*g_services); // before the form goes
     if (msg == WM_DESTROY) PostQuitMessage(0);
     return DefWindowProcW(hwnd, msg, wp, lp);
 }
 
 int run_window()
 {
-    Container form(800, 600);
+    Container form(800, 600), designer(100, 100);
+    designer.set_user_mode(false);
+    ShowWindow(designer.hwnd(), SW_HIDE);
     SetWindowTextW(form.hwnd(), L"Tarn Controls gallery");
+    // The page's own procedure goes in first: the window services hook over it.
     SetWindowLongPtrW(form.hwnd(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&page_proc));
-    std::vector<Placed> placed = place_all(form);
-    g_placed = &placed;
-    SIZE size = page_size(placed.size());
-    RECT r{0, 0, size.cx, size.cy};
-    AdjustWindowRect(&r, WS_OVERLAPPEDWINDOW, FALSE);
+    Page page = place_all(form, designer);
+    g_page = &page;
+    Services services;
+    start_services(services, form, page.size);
+    g_services = &services;
+    RECT r{0, 0, page.size.cx, page.size.cy};
+    AdjustWindowRect(&r, WS_OVERLAPPEDWINDOW, TRUE);
     SetWindowPos(form.hwnd(), nullptr, 40, 40, r.right - r.left, r.bottom - r.top, SWP_NOZORDER);
-    for (Placed &p : placed) p.control->activate();
+    for (Placed &p : page.placed)
+        if (!p.design_time) p.control->activate();
     ShowWindow(form.hwnd(), SW_SHOW);
     MSG m;
     while (GetMessageW(&m, nullptr, 0, 0) > 0) {
         TranslateMessage(&m);
         DispatchMessageW(&m);
     }
-    g_placed = nullptr;
+    stop_services(services);
+    g_services = nullptr;
+    g_page = nullptr;
     return 0;
 }
 

@@ -55,7 +55,7 @@ std::wstring AmbientProperties::DisplayName() const
 ComPtr<IFontDisp> DefaultAmbientFont()
 {
     MetricsRecord record{};
-    FontSpec spec; // MS Sans Serif 8.25 when even the system cannot say
+    FontSpec look; // MS Sans Serif 8.25 when even the system cannot say
     if (FillMetrics(record)) {
         const LOGFONTA &lf = record.nonclient.lfMessageFont;
         char narrow[LF_FACESIZE + 1] = {}; // the field need not hold a terminating zero
@@ -65,10 +65,10 @@ ComPtr<IFontDisp> DefaultAmbientFont()
         HDC dc = GetDC(nullptr);
         int dpi = dc ? GetDeviceCaps(dc, LOGPIXELSY) : 96;
         if (dc) ReleaseDC(nullptr, dc);
-        spec = FontSpecFromLogFont(face, lf.lfHeight, lf.lfWeight, lf.lfItalic, lf.lfUnderline, lf.lfStrikeOut,
+        look = FontSpecFromLogFont(face, lf.lfHeight, lf.lfWeight, lf.lfItalic, lf.lfUnderline, lf.lfStrikeOut,
                                    lf.lfCharSet, dpi);
     }
-    return ComPtr<IFontDisp>::attach(CreateFontObject(spec));
+    return ComPtr<IFontDisp>::attach(CreateFontObject(look));
 }
 
 } // namespace tarn

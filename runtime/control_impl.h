@@ -8,6 +8,7 @@
 #pragma once
 #include <new>
 
+#include "runtime/byref_args.h"
 #include "runtime/module.h"
 #include "runtime/user_control.h"
 
@@ -86,7 +87,8 @@ public:
         if (FAILED(hr)) return hr;
         DISPPARAMS none{};
         ComPtr<IUnknown> alive(identity()); // a handler may release the host's last reference
-        hr = info->Invoke(static_cast<Interface *>(this), id, flags, params ? params : &none, result, excep, arg_err);
+        hr = InvokeBindingByRefVariants(info.get(), static_cast<Interface *>(this), id, flags, params ? params : &none,
+                                        result, excep, arg_err);
         return MapInvokeResult(hr, result);
     }
 

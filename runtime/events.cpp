@@ -32,6 +32,13 @@ EventArgs &EventArgs::val(int32_t v)
     V_I4(&a) = v;
     return *this;
 }
+EventArgs &EventArgs::val(int64_t v)
+{
+    VARIANT &a = add();
+    V_VT(&a) = VT_I8;
+    V_I8(&a) = v;
+    return *this;
+}
 EventArgs &EventArgs::val(float v)
 {
     VARIANT &a = add();
@@ -72,6 +79,13 @@ EventArgs &EventArgs::ref(int32_t &v)
     VARIANT &a = add();
     V_VT(&a) = VT_I4 | VT_BYREF;
     V_I4REF(&a) = reinterpret_cast<LONG *>(&v);
+    return *this;
+}
+EventArgs &EventArgs::ref(int64_t &v)
+{
+    VARIANT &a = add();
+    V_VT(&a) = VT_I8 | VT_BYREF;
+    V_I8REF(&a) = reinterpret_cast<LONGLONG *>(&v);
     return *this;
 }
 EventArgs &EventArgs::ref(float &v)

@@ -25,15 +25,22 @@ public:
 
     EventArgs &val(int16_t v);
     EventArgs &val(int32_t v);
+    EventArgs &val(int64_t v);
     EventArgs &val(float v);
     EventArgs &val(double v);
     EventArgs &val(bool v);
     EventArgs &val(const std::wstring &v);
     EventArgs &ref(int16_t &v);
     EventArgs &ref(int32_t &v);
+    EventArgs &ref(int64_t &v);
     EventArgs &ref(float &v);
     EventArgs &ref(bool &v);
     EventArgs &ref(std::wstring &v);
+
+    // The arguments in declaration order, as a C++ listener sees them (by-reference ones
+    // point at the raiser's variables).
+    size_t count() const { return args_.size(); }
+    VARIANT &at(size_t index) { return args_.at(index); }
 
     // The DISPPARAMS (arguments right to left, as Invoke takes them).
     DISPPARAMS params();

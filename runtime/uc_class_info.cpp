@@ -59,6 +59,7 @@ HRESULT MapInvokeResult(HRESULT hr, VARIANT *result)
     case DISP_E_TYPEMISMATCH:
     case DISP_E_OVERFLOW:
     case DISP_E_BADVARTYPE:
+    case E_NOINTERFACE: // an object of the wrong kind (a font given where a picture goes)
         // An argument that cannot become the member's type: the call is skipped.
         if (result) VariantInit(result);
         return S_OK;

@@ -102,7 +102,7 @@ HRESULT UserControl::activate(LONG verb, HWND parent_hint, LPCRECT pos_hint)
         inplace_site_->GetWindowContext(frame.put(), doc.put(), &pos, &clip, &info);
         if (info.haccel) DestroyAcceleratorTable(info.haccel);
         int w = pos.right - pos.left, h = pos.bottom - pos.top;
-        DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | (CanGetFocus() ? WS_TABSTOP : 0);
+        DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | (CanGetFocus() ? WS_TABSTOP : 0) | WindowStyle();
         hwnd_ = CreateWindowExW(0, window_class(), L"", style,
                                 pos.left, pos.top, w > 0 ? w : 0, h > 0 ? h : 0, parent, nullptr, module::instance(),
                                 this);
@@ -112,7 +112,9 @@ HRESULT UserControl::activate(LONG verb, HWND parent_hint, LPCRECT pos_hint)
             return E_FAIL;
         }
         for (WindowedConstituent *c : windowed_) step([&] { c->attach(hwnd_); });
-        set_size_px(w > 0 ? w : 0, h > 0 ? h : 0, true);
+        RECT client{};
+        GetClientRect(hwnd_, &client);
+        set_size_px(client.right, client.bottom, true);
         ShowWindow(hwnd_, SW_SHOWNA);
         step([&] { Show(); });
     } else if (hwnd_ && !IsWindowVisible(hwnd_)) {
@@ -284,8 +286,15 @@ STDMETHODIMP UserControl::SetObjectRects(LPCRECT pos, LPCRECT)
         int w = pos->right - pos->left, h = pos->bottom - pos->top;
         if (w < 0) w = 0;
         if (h < 0) h = 0;
-        if (hwnd_) SetWindowPos(hwnd_, nullptr, pos->left, pos->top, w, h, SWP_NOZORDER | SWP_NOACTIVATE);
-        set_size_px(w, h, true);
+        if (hwnd_) {
+            // The window's WM_SIZE gives the control its client area.
+            SetWindowPos(hwnd_, nullptr, pos->left, pos->top, w, h, SWP_NOZORDER | SWP_NOACTIVATE);
+            RECT client{};
+            GetClientRect(hwnd_, &client);
+            set_size_px(client.right, client.bottom, true);
+        } else {
+            set_size_px(w, h, true);
+        }
         return S_OK;
     });
 }

@@ -87,10 +87,14 @@ void UserControl::PropertyChanged(const std::wstring &key)
 
 void UserControl::raise(DISPID id, EventArgs &args)
 {
-    if (freeze_count_ > 0 || events_cp_.empty()) return;
+    bool to_sinks = freeze_count_ == 0 && !events_cp_.empty();
+    if (!listener_ && !to_sinks) return;
     ComPtr<IUnknown> alive(identity());
+    if (EventListener *listener = listener_) step([&] { listener->OnEvent(id, args); });
     DISPPARAMS params = args.params();
-    for (const ComPtr<IUnknown> &sink : events_cp_.sinks()) {
+    std::vector<ComPtr<IUnknown>> sinks;
+    if (to_sinks) sinks = events_cp_.sinks();
+    for (const ComPtr<IUnknown> &sink : sinks) {
         step([&] {
             ComPtr<IDispatch> disp = sink.as<IDispatch>(IID_IDispatch);
             if (!disp) return;
@@ -104,6 +108,14 @@ void UserControl::raise(DISPID id, EventArgs &args)
         });
     }
     args.copy_back();
+}
+
+HWND UserControl::ParentForm() const
+{
+    HWND w = nullptr;
+    ComPtr<IOleWindow> window = site_.as<IOleWindow>(IID_IOleWindow);
+    if (!window || FAILED(window->GetWindow(&w)) || !w) return nullptr;
+    return GetAncestor(w, GA_ROOT);
 }
 
 Scale UserControl::scale() const { return Scale{TwipsPerPixelX(), TwipsPerPixelY()}; }
@@ -254,8 +266,11 @@ void UserControl::on_paint()
 LRESULT CALLBACK UserControl::window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp)
 {
     if (msg == WM_NCCREATE) {
+        // The object owns its window from the first message on: the sizing messages sent
+        // during creation already reach a control that knows its window.
         auto *cs = reinterpret_cast<CREATESTRUCTW *>(lp);
         SetWindowLongPtrW(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(cs->lpCreateParams));
+        if (auto *self = static_cast<UserControl *>(cs->lpCreateParams)) self->hwnd_ = hwnd;
         return DefWindowProcW(hwnd, msg, wp, lp);
     }
     auto *self = reinterpret_cast<UserControl *>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));

@@ -63,6 +63,19 @@ namespace events {
 constexpr DISPID Click = 1, DblClick = 2, MouseDown = 3, MouseMove = 4, MouseUp = 5;
 }
 
+// Hears a control's events in C++. A control that holds another one as a part of itself
+// (created in C++ and sited in no container) listens to it this way rather than through a
+// connection point; by-reference arguments it changes reach the raiser as a host handler's
+// would. The listener hears events even while the container froze them: it is part of the
+// control, not of the container.
+class EventListener {
+public:
+    virtual void OnEvent(DISPID id, EventArgs &args) = 0;
+
+protected:
+    ~EventListener() = default;
+};
+
 class UserControl : public IOleObject,
                     public IOleInPlaceObject,
                     public IOleInPlaceActiveObject,
@@ -76,6 +89,8 @@ class UserControl : public IOleObject,
                     public IQuickActivate {
 public:
     const ControlClass &Class() const { return class_; }
+    // The one C++ listener to this control's events (null: none).
+    void listen(EventListener *listener) { listener_ = listener; }
 
     // ---- IOleObject
     STDMETHODIMP SetClientSite(IOleClientSite *site) override;
@@ -205,6 +220,9 @@ protected:
     virtual UINT DialogCode() const { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
     // Whether the control takes the focus (a click activates it, Tab stops on it).
     virtual bool CanGetFocus() const { return true; }
+    // Styles the control's window has beyond a child's (scroll bars, for instance). The
+    // control's size is then its window's client area.
+    virtual DWORD WindowStyle() const { return 0; }
 
     // ---- services for the controls
     // Tells the container a property changed (IPropertyNotifySink::OnChanged with the DISPID of
@@ -262,6 +280,10 @@ protected:
     void SetForeColor(OleColor c) { fore_color_ = c; }
 
     HWND hWnd() const { return hwnd_; }
+    // The top-level window of the form the control sits on: the site's window and its root.
+    // Found through the site, not the control's own window, which an invisible control may
+    // never get. Null without a site or when the site has no window.
+    HWND ParentForm() const;
     // The inner size, in twips and in pixels.
     float ScaleWidth() const { return to_twips_x(size_.cx, scale()); }
     float ScaleHeight() const { return to_twips_y(size_.cy, scale()); }
@@ -309,6 +331,7 @@ private:
     DWORD view_aspects_ = 0, view_flags_ = 0;
     AmbientProperties ambient_;
     ConnectionPoint events_cp_;
+    EventListener *listener_ = nullptr;
     ConnectionPoint notify_cp_;
 
     HWND hwnd_ = nullptr;

@@ -1,19 +1,29 @@
 #include "server/classes.h"
 
+#include "buttons/cbtn.h"
 #include "frames/cframe.h"
 #include "frames/lnev.h"
 #include "grid/grdchk.h"
+#include "grid/grid.h"
 #include "inputs/updown.h"
 #include "server/resource.h"
+#include "services/Subclass.h"
+#include "services/mnutxt.h"
+#include "services/resizelck.h"
 
 namespace tarn {
 
 namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
-    {&updown::Class, IDB_TOOLBOX_UPDOWN},
     {&lnev::Class, IDB_TOOLBOX_LNEV},
+    {&grid::Class, IDB_TOOLBOX_GRID},
     {&grdchk::Class, 0}, // private: the grid places it
+    {&cbtn::Class, IDB_TOOLBOX_CBTN},
+    {&updown::Class, IDB_TOOLBOX_UPDOWN},
+    {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
+    {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},
+    {&mnutxt::Class, IDB_TOOLBOX_MNUTXT},
 };
 } // namespace
 

@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <olectl.h>
 
+#include "buttons/frmctrlTOOLTIP.h"
 #include "runtime/module.h"
 #include "runtime/user_control.h"
 #include "server/class_factory.h"
@@ -16,7 +17,10 @@ using namespace tarn;
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void *)
 {
     if (reason == DLL_PROCESS_ATTACH) module::set_instance(instance);
-    else if (reason == DLL_PROCESS_DETACH) UnregisterControlWindowClass();
+    else if (reason == DLL_PROCESS_DETACH) {
+        UnregisterControlWindowClass();
+        UnregisterTooltipWindowClass();
+    }
     return TRUE;
 }
 

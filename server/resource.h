@@ -2,5 +2,11 @@
 #pragma once
 
 #define IDB_TOOLBOX_CFRAME 101
-#define IDB_TOOLBOX_UPDOWN 102
+#define IDB_TOOLBOX_GRID 102
 #define IDB_TOOLBOX_LNEV 103
+#define IDB_TOOLBOX_CBTN 110 // 110-119: the buttons
+// Input controls (500s).
+#define IDB_TOOLBOX_UPDOWN 501
+// Window services (600s).
+#define IDB_TOOLBOX_RESIZELCK 601
+#define IDB_TOOLBOX_MNUTXT 602

@@ -127,9 +127,9 @@ TEST(ClsMetrics, MenuFontAndHandlesComeAndGo)
     ComPtr<IFontDisp> font = ComPtr<IFontDisp>::attach(m.Font(dc));
     ReleaseDC(nullptr, dc);
     ASSERT_TRUE(font);
-    FontSpec spec = FontSpecOf(font.get());
-    EXPECT_FALSE(spec.name.empty());
-    EXPECT_GT(spec.size, 0);
+    FontSpec look = FontSpecOf(font.get());
+    EXPECT_FALSE(look.name.empty());
+    EXPECT_GT(look.size, 0);
     HFONT menu = m.FontHandle(3);
     EXPECT_TRUE(menu);
     EXPECT_EQ(menu, m.FontHandle(3)); // held in its slot

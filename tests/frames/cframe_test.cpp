@@ -63,10 +63,10 @@ void expect_everything(Hosted &f)
     for (const ColourProperty &p : kLines) EXPECT_EQ(c += 0x00010101, colour(f, p.name)) << narrow(p.name);
     Variant fv = f.get(L"Font");
     ASSERT_EQ(VT_DISPATCH, fv.vt());
-    FontSpec spec = FontSpecOf(V_DISPATCH(fv.get()));
-    EXPECT_EQ(L"Tahoma", spec.name);
-    EXPECT_DOUBLE_EQ(12, spec.size);
-    EXPECT_TRUE(spec.bold);
+    FontSpec look = FontSpecOf(V_DISPATCH(fv.get()));
+    EXPECT_EQ(L"Tahoma", look.name);
+    EXPECT_DOUBLE_EQ(12, look.size);
+    EXPECT_TRUE(look.bold);
 }
 
 class FrameTest : public ControlTest {};

@@ -26,11 +26,10 @@ int divider_px() { return static_cast<int>(std::lround(30 / TwipsPerPixelX())); 
 class DividerTest : public ControlTest {
 protected:
     // The divider keeps its own width and tells its container so.
+    DividerTest() { allow_self_sizing(form); }
     Hosted &divider(RECT pos = {10, 10, 30, 110}, Init init = Init::New, IUnknown *source = nullptr)
     {
-        Hosted &h = place(kProgId, pos, init, source);
-        allow_self_sizing(h);
-        return h;
+        return place(kProgId, pos, init, source);
     }
     // The colours of the two lines, read from the picture at every row.
     static void expect_lines(Bitmap &b, Rgb dark, Rgb light)

@@ -28,7 +28,7 @@ protected:
     {
         Hosted &h = place(kProgId, pos);
         EXPECT_EQ(S_OK, h.activate());
-        allow_focus_calls(h);
+        allow_focus(h);
         EXPECT_TRUE(check_box(h));
         return h;
     }

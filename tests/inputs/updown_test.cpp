@@ -74,18 +74,17 @@ int combo_height(IFontDisp *f)
 class UpdownTest : public ControlTest {
 protected:
     // The box takes the height its font gives it and asks its container for it.
+    UpdownTest() { allow_self_sizing(form); }
     Hosted &box(RECT pos = {10, 10, 130, 31}, Init init = Init::New, IUnknown *source = nullptr)
     {
-        Hosted &h = place(kProgId, pos, init, source);
-        allow_self_sizing(h);
-        return h;
+        return place(kProgId, pos, init, source);
     }
     // Activated, with the calls taking the focus makes on its site.
     Hosted &active_box(RECT pos = {10, 10, 130, 31})
     {
         Hosted &h = box(pos);
         EXPECT_EQ(S_OK, h.activate());
-        allow_focus_calls(h);
+        allow_focus(h);
         EXPECT_TRUE(text_box(h));
         return h;
     }

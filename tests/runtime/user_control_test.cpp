@@ -185,6 +185,10 @@ TEST_F(RuntimeTest, DispatchReportsUnknownMembersAndSkipsUnconvertibleArguments)
     // A BSTR that is not a number cannot become a colour: the write is skipped, not failed.
     EXPECT_EQ(S_OK, f.put(L"BACKCOLOR", Str(L"green")));
     EXPECT_EQ(0x8000000F, static_cast<uint32_t>(as_integer(f.get(L"BACKCOLOR"))));
+    // An object of the wrong kind where a font goes (here the frame itself): skipped as well.
+    EXPECT_EQ(S_OK, f.putref(L"Font", f.dispatch()));
+    EXPECT_EQ(S_OK, f.put(L"Font", Variant::of_dispatch(f.dispatch())));
+    EXPECT_EQ(VT_DISPATCH, f.get(L"Font").vt());
     // Colours come back as Long, what automation clients expect.
     EXPECT_EQ(VT_I4, f.get(L"BACKCOLOR").vt());
     // Calling a property as a method, or with arguments it does not take, is the caller's error.
@@ -326,10 +330,10 @@ TEST(RuntimeWithoutSite, AControlWorksWithoutAnyContainer)
 
 TEST_F(RuntimeTest, AmbientFontIsTheDefaultForRestoreAndSave)
 {
-    FontSpec spec;
-    spec.name = L"Tahoma";
-    spec.size = 12;
-    form.ambient().font = ComPtr<IFontDisp>::attach(CreateFontObject(spec));
+    FontSpec look;
+    look.name = L"Tahoma";
+    look.size = 12;
+    form.ambient().font = ComPtr<IFontDisp>::attach(CreateFontObject(look));
     ComPtr<Bag> empty = Bag::Create();
     Hosted &f = place(kProgId, {0, 0, 200, 29}, Init::FromBag, empty.get());
     EXPECT_DOUBLE_EQ(12, FontSpecOf(V_DISPATCH(f.get(L"Font").get())).size);

@@ -615,7 +615,7 @@ TEST_F(InAControl, TheFocusGoesToTheFocusConstituentAndLeavingTheControlIsHeardF
 {
     Composite &c = place_composite();
     hosted->activate();
-    allow_focus_calls(*hosted);
+    allow_focus(*hosted);
     SetFocus(hosted->hwnd());
     EXPECT_EQ(c.txt.hWnd(), GetFocus());
     EXPECT_EQ((std::vector<std::wstring>{L"GotFocus", L"txt.GotFocus"}), c.log);

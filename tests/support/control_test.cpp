@@ -22,11 +22,11 @@ void click(HWND hwnd, int x, int y)
 
 ComPtr<IFontDisp> make_font(const wchar_t *name, double size, bool bold)
 {
-    FontSpec spec;
-    spec.name = name;
-    spec.size = size;
-    spec.bold = bold;
-    return ComPtr<IFontDisp>::attach(CreateFontObject(spec));
+    FontSpec look;
+    look.name = name;
+    look.size = size;
+    look.bold = bold;
+    return ComPtr<IFontDisp>::attach(CreateFontObject(look));
 }
 
 SIZE extent_px(Hosted &h)
@@ -77,23 +77,10 @@ std::wstring twips_text(int x, int y)
     return std::to_wstring(std::lround(x * TwipsPerPixelX())) + L"," + std::to_wstring(std::lround(y * TwipsPerPixelY()));
 }
 
-void allow_self_sizing(Hosted &h)
+void allow_self_sizing(Container &form)
 {
-    const std::wstring request = L"IOleClientSite::RequestNewObjectLayout";
-    std::vector<std::wstring> others;
-    for (const std::wstring &call : h.log().unexpected())
-        if (call != request) others.push_back(call);
-    h.log().clear_unexpected();
-    for (const std::wstring &call : others) h.log().hit(call);
-    h.log().allow(request);
-    h.log().allow(L"IOleInPlaceSite::OnPosRectChange");
-}
-
-void allow_focus_calls(Hosted &h)
-{
-    for (const wchar_t *call : {L"IOleInPlaceSite::OnUIActivate", L"IOleInPlaceSite::GetWindowContext",
-                                L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"})
-        h.log().allow(call);
+    form.allow_site_call(L"IOleClientSite::RequestNewObjectLayout");
+    form.allow_site_call(L"IOleInPlaceSite::OnPosRectChange");
 }
 
 HRESULT dll_can_unload_now()

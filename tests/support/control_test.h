@@ -26,6 +26,15 @@ protected:
         return h;
     }
 
+    // Declares the calls a control makes on its site when it takes the focus (a click on a
+    // focusable control, Tab): UI activation and the focus notices.
+    static void allow_focus(Hosted &h)
+    {
+        for (const wchar_t *call : {L"IOleInPlaceSite::OnUIActivate", L"IOleInPlaceSite::GetWindowContext",
+                                    L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"})
+            h.log().allow(call);
+    }
+
     // Closes one control now, checking that the container's reference was the last.
     void close(Hosted &h)
     {
@@ -60,11 +69,8 @@ ComPtr<IStream> stream_of(const std::vector<BYTE> &bytes);
 // A pixel position as the twips an event carries: "90,45".
 std::wstring twips_text(int x, int y);
 // A control that sizes itself (to its font's height, to a fixed width) asks its container to
-// lay it out again: those calls are expected from now on, and the ones it made while being
-// placed are forgiven.
-void allow_self_sizing(Hosted &h);
-// The calls a control makes on its site when it takes or loses the focus.
-void allow_focus_calls(Hosted &h);
+// lay it out again, also while it loads: the calls every control placed on `form` may make.
+void allow_self_sizing(Container &form);
 
 // Narrow text for gtest messages.
 inline std::string narrow(const std::wstring &w) { return std::string(w.begin(), w.end()); }

@@ -1,0 +1,606 @@
+#include "grid/grid.h"
+
+#include "foundation/font_object.h"
+#include "runtime/optional_args.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarn {
+
+const ControlClass grid::Class = {
+    L"grid",
+    L"Tarn Controls data grid",
+    &CLSID_grid,
+    &IID_Igrid,
+    &DIID_IgridEvents,
+    OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
+        OLEMISC_SETCLIENTSITEFIRST,
+    &grid::Create,
+};
+
+namespace {
+
+// The grid's events, numbered in their declaration order.
+namespace ev {
+constexpr DISPID Change = 5, ChangePost = 7, Click = 8, DblClick = 9, SelChange = 10, KeyDown = 11, KeyPress = 12,
+                 KeyUp = 13, MouseDown = 14, MouseUp = 15, SortClick = 16;
+}
+
+constexpr int kBorderPixels = 2;
+
+int screen_dpi()
+{
+    HDC dc = GetDC(nullptr);
+    int dpi = dc ? GetDeviceCaps(dc, LOGPIXELSY) : 96;
+    if (dc) ReleaseDC(nullptr, dc);
+    return dpi > 0 ? dpi : 96;
+}
+
+} // namespace
+
+grid::grid() : host_(*this), model_(&host_) {}
+
+void grid::Initialize()
+{
+    SetDesignSize(4800, 2400);
+    SetBackColor(syscolor::Window);
+}
+
+// ---------------------------------------------------------------- persistence
+
+void grid::InitProperties()
+{
+    step([&] { font_ = Ambient().Font(); });
+    step([&] { apply_font(); });
+}
+
+void grid::ReadProperties(PropertyBag &bag)
+{
+    step([&] { model_.SetBarHeader(bag.read_bool(L"BarHeaderVal", true)); });
+    step([&] { model_.SetBarSummary(bag.read_bool(L"BarSummaryVal", false)); });
+    step([&] { border_style_ = bag.read_long(L"BorderStyle", 1); });
+    ComPtr<IFontDisp> ambient = Ambient().Font();
+    step([&] { font_ = bag.read_font(L"Font", ambient.get()); });
+    // Reading the properties applies the font at once.
+    step([&] { apply_font(); });
+}
+
+void grid::WriteProperties(PropertyBag &bag)
+{
+    step([&] { bag.write_bool(L"BarHeaderVal", model_.BarHeader(), true); });
+    step([&] { bag.write_bool(L"BarSummaryVal", model_.BarSummary(), false); });
+    step([&] { bag.write_long(L"BorderStyle", border_style_, 1); });
+    ComPtr<IFontDisp> ambient = Ambient().Font();
+    step([&] { bag.write_font(L"Font", font_.get(), ambient.get()); });
+}
+
+// ---------------------------------------------------------------- view
+
+GridView grid::compute_view() const
+{
+    Scale s = scale();
+    GridViewInput in;
+    in.width = PixelWidth();
+    in.height = PixelHeight();
+    in.border = border_style_ == 1 ? kBorderPixels : 0;
+    in.header = model_.BarHeader();
+    in.summary = model_.BarSummary();
+    in.bar_height = static_cast<int>(std::floor(CellEngine::kDefaultRowHeight / s.tppy)) + 4;
+    in.tppx = s.tppx;
+    in.tppy = s.tppy;
+    return ComputeGridView(model_.Cells(), in);
+}
+
+void grid::Resize() { update_scroll_bars(); }
+
+void grid::update_scroll_bars()
+{
+    HWND w = hWnd();
+    if (!w) return;
+    const CellEngine &cells = model_.Cells();
+    GridView v = compute_view();
+    SCROLLINFO si{};
+    si.cbSize = sizeof si;
+    si.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
+    si.nMin = 0;
+    si.nMax = std::max(0, cells.Rows() - 1);
+    si.nPage = static_cast<UINT>(v.page_rows);
+    si.nPos = cells.TopRow();
+    SetScrollInfo(w, SB_VERT, &si, TRUE);
+    si.nMax = std::max(0, cells.Cols() - 1);
+    si.nPage = static_cast<UINT>(v.page_cols);
+    si.nPos = cells.LeftCol();
+    SetScrollInfo(w, SB_HORZ, &si, TRUE);
+}
+
+void grid::changed()
+{
+    if (!model_.Cells().Redraw()) return;
+    step([&] { update_scroll_bars(); });
+    Invalidate();
+}
+
+template <class F> HRESULT grid::run(F &&f)
+{
+    step(std::forward<F>(f));
+    changed();
+    return S_OK;
+}
+
+void grid::scroll_to(int32_t top_row, int32_t left_col)
+{
+    // As far as the scroll bars go: the last page ends at the last row (column).
+    CellEngine &cells = model_.Cells();
+    GridView v = compute_view();
+    step([&] { cells.SetTopRow(std::clamp(top_row, 0, std::max(0, cells.Rows() - v.page_rows))); });
+    step([&] { cells.SetLeftCol(std::clamp(left_col, 0, std::max(0, cells.Cols() - v.page_cols))); });
+    changed();
+}
+
+void grid::ensure_visible(int32_t row, int32_t col)
+{
+    const CellEngine &cells = model_.Cells();
+    GridView v = compute_view();
+    int32_t top = cells.TopRow(), left = cells.LeftCol();
+    if (row < top) top = row;
+    else if (row >= top + v.page_rows) top = row - v.page_rows + 1;
+    if (col < left) left = col;
+    else if (col >= left + v.page_cols) left = col - v.page_cols + 1;
+    if (top != cells.TopRow() || left != cells.LeftCol()) scroll_to(top, left);
+}
+
+void grid::DrawSurface(HDC dc, const Scale &)
+{
+    GridView v = compute_view();
+    HFONT font = nullptr;
+    if (ComPtr<IFont> f = font_.as<IFont>(IID_IFont)) f->get_hFont(&font);
+    if (!model_.Visible()) {
+        // A hidden grid leaves its bars and its background: the cells go.
+        v.last_row = -1;
+    }
+    painter_.Paint(dc, model_, v, colours_, font, screen_dpi());
+    if (border_style_ == 1) {
+        RECT all{0, 0, PixelWidth(), PixelHeight()};
+        DrawEdge(dc, &all, EDGE_SUNKEN, BF_RECT);
+    }
+    // The current cell, while the grid has the focus.
+    const CellEngine &cells = model_.Cells();
+    if (hWnd() && GetFocus() == hWnd() && cells.HasCurrentCell() && cells.Row() >= v.first_row &&
+        cells.Row() <= v.last_row && cells.Col() >= v.first_col && cells.Col() <= v.last_col) {
+        RECT r{v.col_x(cells, cells.Col()), v.row_y(cells, cells.Row()), v.col_x(cells, cells.Col() + 1) - 1,
+               v.row_y(cells, cells.Row() + 1) - 1};
+        IntersectClipRect(dc, v.cells.left, v.cells.top, v.cells.right, v.cells.bottom);
+        DrawFocusRect(dc, &r);
+    }
+}
+
+void grid::apply_font()
+{
+    FontSpec look = FontSpecOf(font_.get());
+    GridDefaults d = model_.Cells().Defaults();
+    d.font_name = look.name;
+    d.font_size = static_cast<float>(look.size);
+    d.bold = look.bold;
+    model_.Cells().SetDefaults(d);
+    painter_.ForgetFonts();
+    changed();
+}
+
+// ---------------------------------------------------------------- model host
+
+void grid::ModelHost::RaiseChange() { owner.raise(ev::Change); }
+void grid::ModelHost::RaiseChangePost() { owner.raise(ev::ChangePost); }
+
+void grid::ModelHost::SetMousePointer(int16_t pointer)
+{
+    owner.mouse_pointer_ = pointer;
+    // Show it at once: a load runs without returning to the message loop.
+    if (HWND w = owner.hWnd()) {
+        POINT p{};
+        GetCursorPos(&p);
+        if (WindowFromPoint(p) == w) SetCursor(LoadCursorW(nullptr, pointer == 11 ? IDC_WAIT : IDC_ARROW));
+    }
+}
+
+void grid::box_show()
+{
+    // The in-cell editors plug in here: a second BoxShow without a BoxHide does nothing.
+    if (box_open_) return;
+    box_open_ = true;
+}
+
+void grid::box_hide() { box_open_ = false; }
+
+// ---------------------------------------------------------------- mouse and keyboard
+
+grid::Part grid::hit(int x, int y, int32_t &row, int32_t &col) const
+{
+    row = col = -1;
+    GridView v = compute_view();
+    const CellEngine &cells = model_.Cells();
+    auto column_at = [&] {
+        for (int32_t c = v.first_col; c <= v.last_col; ++c)
+            if (x >= v.col_x(cells, c) && x < v.col_x(cells, c + 1)) return c;
+        return -1;
+    };
+    if (v.header.contains(x, y)) {
+        col = column_at();
+        return Part::Header;
+    }
+    if (v.summary.contains(x, y)) {
+        col = column_at();
+        return Part::Summary;
+    }
+    if (!v.cells.contains(x, y)) return Part::None;
+    col = column_at();
+    for (int32_t r = v.first_row; r <= v.last_row; ++r)
+        if (y >= v.row_y(cells, r) && y < v.row_y(cells, r + 1)) {
+            row = r;
+            break;
+        }
+    return Part::Cells;
+}
+
+void grid::MouseDown(int16_t button, int16_t shift, float x, float y)
+{
+    Scale s = scale();
+    int px = to_px_x(x, s), py = to_px_y(y, s);
+    int32_t row = -1, col = -1;
+    Part part = hit(px, py, row, col);
+    pressed_in_header_ = part == Part::Header;
+    if (part == Part::Header) {
+        // The header bar remembers where it was pressed, on the scale of CellLeft.
+        GridView v = compute_view();
+        model_.SetHeaderMouseX(static_cast<float>((px - v.cells.left) * s.tppx));
+    }
+    if (row >= 0) mouse_row_ = row;
+    if (col >= 0) mouse_col_ = col;
+    raise(ev::MouseDown, EventArgs().ref(button).ref(shift).ref(x).ref(y));
+    if (part == Part::Cells && row >= 0 && col >= 0 && button == mouse::Left) {
+        CellEngine &cells = model_.Cells();
+        if (row != cells.Row() || col != cells.Col()) {
+            step([&] { model_.RowSetFocus(row); });
+            step([&] { model_.ColSetFocus(col); });
+            ensure_visible(row, col);
+            changed();
+            raise(ev::SelChange);
+        }
+    }
+}
+
+void grid::MouseMove(int16_t, int16_t, float x, float y)
+{
+    Scale s = scale();
+    int32_t row = -1, col = -1;
+    hit(to_px_x(x, s), to_px_y(y, s), row, col);
+    if (row >= 0) mouse_row_ = row;
+    if (col >= 0) mouse_col_ = col;
+}
+
+void grid::MouseUp(int16_t button, int16_t shift, float x, float y)
+{
+    raise(ev::MouseUp, EventArgs().ref(button).ref(shift).ref(x).ref(y));
+}
+
+void grid::Click()
+{
+    raise(ev::Click);
+    if (pressed_in_header_) raise(ev::SortClick);
+}
+
+void grid::DblClick()
+{
+    raise(ev::DblClick);
+    if (allow_edit_ && !pressed_in_header_) {
+        const CellEngine &cells = model_.Cells();
+        step([&] { model_.GridSetFocus(cells.Col(), cells.Row()); });
+    }
+}
+
+void grid::KeyDown(int16_t &key_code, int16_t shift)
+{
+    raise(ev::KeyDown, EventArgs().ref(key_code).ref(shift));
+    CellEngine &cells = model_.Cells();
+    if (!cells.HasCurrentCell()) return;
+    GridView v = compute_view();
+    int32_t row = cells.Row(), col = cells.Col();
+    switch (key_code) {
+    case VK_UP: --row; break;
+    case VK_DOWN: ++row; break;
+    case VK_LEFT: --col; break;
+    case VK_RIGHT: ++col; break;
+    case VK_PRIOR: row -= v.page_rows; break;
+    case VK_NEXT: row += v.page_rows; break;
+    case VK_HOME: col = 0; break;
+    case VK_END: col = cells.Cols() - 1; break;
+    default: return; // a key the host cleared (0) or one the grid leaves alone
+    }
+    row = std::clamp(row, 0, cells.Rows() - 1);
+    col = std::clamp(col, 0, cells.Cols() - 1);
+    if (row == cells.Row() && col == cells.Col()) return;
+    step([&] { model_.RowSetFocus(row); });
+    step([&] { model_.ColSetFocus(col); });
+    ensure_visible(row, col);
+    changed();
+    raise(ev::SelChange);
+}
+
+void grid::KeyPress(int16_t &key_ascii) { raise(ev::KeyPress, EventArgs().ref(key_ascii)); }
+
+void grid::KeyUp(int16_t &key_code, int16_t shift) { raise(ev::KeyUp, EventArgs().ref(key_code).ref(shift)); }
+
+LRESULT grid::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
+{
+    handled = false;
+    const CellEngine &cells = model_.Cells();
+    switch (msg) {
+    case WM_VSCROLL:
+    case WM_HSCROLL: {
+        bool vertical = msg == WM_VSCROLL;
+        SCROLLINFO si{};
+        si.cbSize = sizeof si;
+        si.fMask = SIF_ALL;
+        GetScrollInfo(hWnd(), vertical ? SB_VERT : SB_HORZ, &si);
+        int pos = vertical ? cells.TopRow() : cells.LeftCol();
+        int page = static_cast<int>(si.nPage ? si.nPage : 1);
+        switch (LOWORD(wp)) {
+        case SB_LINEUP: --pos; break;
+        case SB_LINEDOWN: ++pos; break;
+        case SB_PAGEUP: pos -= page; break;
+        case SB_PAGEDOWN: pos += page; break;
+        case SB_THUMBTRACK:
+        case SB_THUMBPOSITION: pos = si.nTrackPos; break;
+        case SB_TOP: pos = 0; break;
+        case SB_BOTTOM: pos = si.nMax; break;
+        default: break;
+        }
+        if (vertical) scroll_to(pos, cells.LeftCol());
+        else scroll_to(cells.TopRow(), pos);
+        handled = true;
+        return 0;
+    }
+    case WM_MOUSEWHEEL: {
+        int notches = GET_WHEEL_DELTA_WPARAM(wp) / WHEEL_DELTA;
+        scroll_to(cells.TopRow() - notches * 3, cells.LeftCol());
+        handled = true;
+        return 0;
+    }
+    case WM_SETCURSOR:
+        if (mouse_pointer_ == 11 && LOWORD(lp) == HTCLIENT) {
+            SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+            handled = true;
+            return TRUE;
+        }
+        return 0;
+    default:
+        return 0;
+    }
+}
+
+// ---------------------------------------------------------------- properties
+
+STDMETHODIMP grid::put_AllowGridEdit(VARIANT_BOOL v)
+{
+    // Never saved or restored: a host decides it at run time.
+    return put_value(L"AllowGridEdit", [&] {
+        allow_edit_ = v != VARIANT_FALSE;
+        Resize();
+    });
+}
+
+STDMETHODIMP grid::get_BarHeader(VARIANT_BOOL *v)
+{
+    return get_value(v, [&] { return model_.BarHeader() ? VARIANT_TRUE : VARIANT_FALSE; });
+}
+STDMETHODIMP grid::put_BarHeader(VARIANT_BOOL v)
+{
+    return put_value(L"BarHeaderVal", [&] {
+        model_.SetBarHeader(v != VARIANT_FALSE);
+        changed();
+    });
+}
+STDMETHODIMP grid::get_BarSummary(VARIANT_BOOL *v)
+{
+    return get_value(v, [&] { return model_.BarSummary() ? VARIANT_TRUE : VARIANT_FALSE; });
+}
+STDMETHODIMP grid::put_BarSummary(VARIANT_BOOL v)
+{
+    return put_value(L"BarSummaryVal", [&] {
+        model_.SetBarSummary(v != VARIANT_FALSE);
+        changed();
+    });
+}
+STDMETHODIMP grid::get_BorderStyle(long *v) { return get_value(v, [&] { return static_cast<long>(border_style_); }); }
+STDMETHODIMP grid::put_BorderStyle(long v)
+{
+    return put_value(L"BorderStyle", [&] {
+        border_style_ = v;
+        changed();
+    });
+}
+STDMETHODIMP grid::get_Font(IFontDisp **v) { return get_object(v, [&] { return font_; }); }
+STDMETHODIMP grid::put_Font(IFontDisp *v) { return putref_Font(v); }
+STDMETHODIMP grid::putref_Font(IFontDisp *v)
+{
+    return put_value(L"Font", [&] {
+        ComPtr<IFontDisp> copy = ComPtr<IFontDisp>::attach(CloneFontObject(v));
+        if (!copy) throw std::invalid_argument("not a font");
+        font_ = copy;
+        apply_font();
+    });
+}
+STDMETHODIMP grid::get_hwnd(LONG_PTR *v) { return get_value(v, [&] { return reinterpret_cast<LONG_PTR>(hWnd()); }); }
+STDMETHODIMP grid::get_blnGRIDORDER(VARIANT_BOOL *v)
+{
+    return get_value(v, [&] { return model_.blnGRIDORDER ? VARIANT_TRUE : VARIANT_FALSE; });
+}
+STDMETHODIMP grid::put_blnGRIDORDER(VARIANT_BOOL v)
+{
+    step([&] { model_.blnGRIDORDER = v != VARIANT_FALSE; });
+    return S_OK;
+}
+STDMETHODIMP grid::get_lngPREVIOUSCOLNO(long *v) { return get_value(v, [&] { return static_cast<long>(model_.lngPREVIOUSCOLNO); }); }
+STDMETHODIMP grid::put_lngPREVIOUSCOLNO(long v)
+{
+    step([&] { model_.lngPREVIOUSCOLNO = v; });
+    return S_OK;
+}
+
+HRESULT grid::colour_method(OleColor &slot, OLE_COLOR *newcol)
+{
+    if (!newcol) return S_OK; // nothing given: nothing to set
+    step([&] { slot = *newcol; });
+    changed();
+    return S_OK;
+}
+STDMETHODIMP grid::barColTEXT(OLE_COLOR *c) { return colour_method(colours_.text, c); }
+STDMETHODIMP grid::barCol(OLE_COLOR *c) { return colour_method(colours_.bar, c); }
+STDMETHODIMP grid::GRIDCOLR(OLE_COLOR *c) { return colour_method(colours_.lines, c); }
+STDMETHODIMP grid::barColHL(OLE_COLOR *c) { return colour_method(colours_.highlight, c); }
+STDMETHODIMP grid::barColSH(OLE_COLOR *c) { return colour_method(colours_.shadow, c); }
+STDMETHODIMP grid::barColHLLIGHT(OLE_COLOR *c) { return colour_method(colours_.light, c); }
+STDMETHODIMP grid::barColSHDARK(OLE_COLOR *c) { return colour_method(colours_.dark, c); }
+
+// ---------------------------------------------------------------- rows and columns
+
+STDMETHODIMP grid::RowAdd(BSTR Text, long RowNo) { return run([&] { model_.RowAdd(from_bstr(Text), RowNo); }); }
+STDMETHODIMP grid::RowDel(long RowNo) { return run([&] { model_.RowDel(RowNo); }); }
+STDMETHODIMP grid::RowsSet(long RowNo) { return run([&] { model_.RowsSet(RowNo); }); }
+STDMETHODIMP grid::RowsCurrent(long *r) { return get_value(r, [&] { return static_cast<long>(model_.RowsCurrent()); }); }
+STDMETHODIMP grid::RowCurrent(long *r) { return get_value(r, [&] { return static_cast<long>(model_.RowCurrent()); }); }
+STDMETHODIMP grid::RowSetFocus(long RowNo) { return run([&] { model_.RowSetFocus(RowNo); }); }
+STDMETHODIMP grid::ColAdd(double ColWidth) { return run([&] { model_.ColAdd(ColWidth); }); }
+STDMETHODIMP grid::ColDel() { return run([&] { model_.ColDel(); }); }
+STDMETHODIMP grid::ColsSet(long ColNo) { return run([&] { model_.ColsSet(ColNo); }); }
+STDMETHODIMP grid::ColsCurrent(long *r) { return get_value(r, [&] { return static_cast<long>(model_.ColsCurrent()); }); }
+STDMETHODIMP grid::ColCurrent(long *r) { return get_value(r, [&] { return static_cast<long>(model_.ColCurrent()); }); }
+STDMETHODIMP grid::ColSetFocus(long ColNo) { return run([&] { model_.ColSetFocus(ColNo); }); }
+STDMETHODIMP grid::ColWidth(long ColNo, double w) { return run([&] { model_.ColWidth(ColNo, w); }); }
+STDMETHODIMP grid::ColTypeSet(long ColNo, long t) { return run([&] { model_.ColTypeSet(ColNo, t); }); }
+STDMETHODIMP grid::ColTypeRead(long ColNo, BSTR *r) { return get_string(r, [&] { return model_.ColTypeRead(ColNo); }); }
+
+// ---------------------------------------------------------------- cells
+
+STDMETHODIMP grid::CellTextSet(long RowNo, long ColNo, BSTR Text)
+{
+    return run([&] { model_.CellTextSet(RowNo, ColNo, from_bstr(Text)); });
+}
+STDMETHODIMP grid::CellTextRead(long RowNo, long ColNo, BSTR *r)
+{
+    return get_string(r, [&] { return model_.CellTextRead(RowNo, ColNo); });
+}
+STDMETHODIMP grid::CellChkSet(long Row, long Col, BSTR Value)
+{
+    return run([&] { model_.CellChkSet(Row, Col, from_bstr(Value)); });
+}
+STDMETHODIMP grid::CellEnabledSet(long RowNo, long ColNo, VARIANT_BOOL StrikeThru, OLE_COLOR fore, OLE_COLOR back)
+{
+    return run([&] { model_.CellEnabledSet(RowNo, ColNo, StrikeThru != VARIANT_FALSE, fore, back); });
+}
+
+HRESULT grid::font_format(long row, long col, const VARIANT &font, const VARIANT &size, const VARIANT &bold,
+                          const VARIANT &strike, const VARIANT &fore, const VARIANT &back, bool with_size)
+{
+    return run([&] {
+        auto f = OptionalString(font);
+        auto s = OptionalString(size);
+        auto b = OptionalBool(bold);
+        auto k = OptionalBool(strike);
+        auto fc = OptionalColor(fore);
+        auto bc = OptionalColor(back);
+        if (with_size) model_.CellFontSet(row, col, f, s, b, k, fc, bc);
+        else model_.CellFormatSet(row, col, f, s, b, k, fc, bc);
+    });
+}
+STDMETHODIMP grid::CellFontSet(long RowNo, long ColNo, VARIANT strFont, VARIANT Size, VARIANT Bold, VARIANT StrikeThru,
+                               VARIANT oleForeColor, VARIANT oleBackColor)
+{
+    return font_format(RowNo, ColNo, strFont, Size, Bold, StrikeThru, oleForeColor, oleBackColor, true);
+}
+STDMETHODIMP grid::CellFormatSet(long RowNo, long ColNo, VARIANT strFont, VARIANT Size, VARIANT Bold,
+                                 VARIANT StrikeThru, VARIANT oleForeColor, VARIANT oleBackColor)
+{
+    return font_format(RowNo, ColNo, strFont, Size, Bold, StrikeThru, oleForeColor, oleBackColor, false);
+}
+STDMETHODIMP grid::CellColorSet(OLE_COLOR Color, long RowNo, long ColNo)
+{
+    return run([&] { model_.CellColorSet(Color, RowNo, ColNo); });
+}
+STDMETHODIMP grid::CellColorRead(long RowNo, long ColNo, OLE_COLOR *r)
+{
+    return get_value(r, [&] { return static_cast<OLE_COLOR>(model_.CellColorRead(RowNo, ColNo)); });
+}
+STDMETHODIMP grid::CellCurrentLeft(long *r) { return get_value(r, [&] { return static_cast<long>(model_.CellCurrentLeft()); }); }
+STDMETHODIMP grid::CellCurrentTop(long *r) { return get_value(r, [&] { return static_cast<long>(model_.CellCurrentTop()); }); }
+STDMETHODIMP grid::CellCurrentWidth(long *r) { return get_value(r, [&] { return static_cast<long>(model_.CellCurrentWidth()); }); }
+STDMETHODIMP grid::CellCurrentHeight(long *r) { return get_value(r, [&] { return static_cast<long>(model_.CellCurrentHeight()); }); }
+STDMETHODIMP grid::CellLeft(long *r)
+{
+    // Where an editor goes: the current cell's left edge within the control, past the border.
+    return get_value(r, [&] {
+        GridView v = compute_view();
+        return static_cast<long>(std::lround(v.cells.left * scale().tppx)) + static_cast<long>(model_.CellCurrentLeft());
+    });
+}
+STDMETHODIMP grid::CelWidth(long *r) { return get_value(r, [&] { return static_cast<long>(model_.CellCurrentWidth()); }); }
+STDMETHODIMP grid::MouseRow(long *r) { return get_value(r, [&] { return static_cast<long>(mouse_row_); }); }
+STDMETHODIMP grid::MouseCol(long *r) { return get_value(r, [&] { return static_cast<long>(mouse_col_); }); }
+STDMETHODIMP grid::GridSetFocus(long ColNo, long RowNo) { return run([&] { model_.GridSetFocus(ColNo, RowNo); }); }
+STDMETHODIMP grid::Change() { return run([&] { model_.Change(); }); }
+STDMETHODIMP grid::ChangePost() { return run([&] { model_.ChangePost(); }); }
+STDMETHODIMP grid::BoxShow()
+{
+    step([&] { box_show(); });
+    return S_OK;
+}
+STDMETHODIMP grid::BoxHide()
+{
+    step([&] { box_hide(); });
+    return S_OK;
+}
+STDMETHODIMP grid::BoxSelect() { return S_OK; } // selects the open editor's text: no editor opens yet
+
+// ---------------------------------------------------------------- the whole grid
+
+STDMETHODIMP grid::GridClear() { return run([&] { model_.GridClear(); }); }
+STDMETHODIMP grid::GridReset() { return run([&] { model_.GridReset(); }); }
+STDMETHODIMP grid::GridLoad(BSTR Path, BSTR *header)
+{
+    std::wstring result;
+    run([&] { result = model_.GridLoad(std::filesystem::path(from_bstr(Path))); });
+    if (header) *header = to_bstr(result);
+    return S_OK;
+}
+STDMETHODIMP grid::GridSave(BSTR Path, BSTR Header)
+{
+    return run([&] { model_.GridSave(std::filesystem::path(from_bstr(Path)), from_bstr(Header)); });
+}
+STDMETHODIMP grid::GridRedraw(VARIANT_BOOL Status) { return run([&] { model_.GridRedraw(Status != VARIANT_FALSE); }); }
+STDMETHODIMP grid::GridRefresh() { return run([&] { model_.GridRefresh(); }); }
+STDMETHODIMP grid::GridShow() { return run([&] { model_.GridShow(); }); }
+STDMETHODIMP grid::GridHide() { return run([&] { model_.GridHide(); }); }
+STDMETHODIMP grid::SortFlex(long ColNo) { return run([&] { model_.SortFlex(ColNo); }); }
+STDMETHODIMP grid::BarHeaderSort() { return run([&] { model_.BarHeaderSort(); }); }
+STDMETHODIMP grid::BarHeaderCaptionSet(long ColNo, BSTR c) { return run([&] { model_.BarHeaderCaptionSet(ColNo, from_bstr(c)); }); }
+STDMETHODIMP grid::BarHeaderCaptionRead(long ColNo, BSTR *r) { return get_string(r, [&] { return model_.BarHeaderCaptionRead(ColNo); }); }
+STDMETHODIMP grid::BarHeaderRefresh() { return run([] {}); } // the header follows the column widths at every paint
+STDMETHODIMP grid::BarSummaryColCalc(long ColNo) { return run([&] { model_.BarSummaryColCalc(ColNo); }); }
+STDMETHODIMP grid::BarSummaryColSet(long ColNo, BSTR c, VARIANT Alignment, VARIANT oleForeColor)
+{
+    return run([&] { model_.BarSummaryColSet(ColNo, from_bstr(c), OptionalInt16(Alignment), OptionalColor(oleForeColor)); });
+}
+STDMETHODIMP grid::BarSummaryColRead(long ColNo, BSTR *r) { return get_string(r, [&] { return model_.BarSummaryColRead(ColNo); }); }
+STDMETHODIMP grid::BarSummaryColVisible(long ColNo, VARIANT_BOOL v)
+{
+    return run([&] { model_.BarSummaryColVisible(ColNo, v != VARIANT_FALSE); });
+}
+STDMETHODIMP grid::FontUpdate()
+{
+    step([&] { apply_font(); });
+    return S_OK;
+}
+
+} // namespace tarn

@@ -1,0 +1,48 @@
+// Accessibility for controls that draw themselves: an IAccessible object that answers a
+// control window's WM_GETOBJECT, giving screen readers the control's name, role, state and
+// default action. Everything else (location, navigation, hit testing) comes from the
+// system's standard object for the window.
+//
+//   LRESULT OnMessage(...) { if (msg == WM_GETOBJECT) return accessible_.answer(hWnd(), wp, lp, *this, handled); }
+#pragma once
+#include <windows.h>
+#include <oleacc.h>
+
+#include <string>
+
+#include "runtime/com.h"
+
+namespace tarn {
+
+class AccessibleOwner {
+public:
+    virtual ~AccessibleOwner() = default;
+    virtual std::wstring accessible_name() = 0;
+    virtual long accessible_role() = 0;   // ROLE_SYSTEM_*
+    virtual long accessible_state() = 0;  // STATE_SYSTEM_* flags
+    virtual std::wstring accessible_default_action() = 0;
+    virtual void accessible_do_default() = 0;
+};
+
+class AccessibleObject;
+
+// Held by the control: creates the object on the first request and cuts it off from the
+// control when the control goes (a screen reader may keep the object longer).
+class AccessibleLink {
+public:
+    AccessibleLink() = default;
+    ~AccessibleLink() { disconnect(); }
+    AccessibleLink(const AccessibleLink &) = delete;
+    AccessibleLink &operator=(const AccessibleLink &) = delete;
+
+    // The answer to WM_GETOBJECT; `handled` false for object ids other than the client's.
+    LRESULT answer(HWND hwnd, WPARAM wp, LPARAM lp, AccessibleOwner &owner, bool &handled);
+    // Tells clients that hold the object that something they read changed.
+    void notify(HWND hwnd, DWORD event);
+    void disconnect();
+
+private:
+    AccessibleObject *object_ = nullptr; // one reference held
+};
+
+} // namespace tarn

@@ -1,0 +1,601 @@
+// The button through the real DLL in the test container: its properties and their keys (with
+// the deliberate asymmetries), the three persistence forms, bad input, the type library's
+// enumeration, the faces it paints, its window shapes and its resources.
+#include <gtest/gtest.h>
+#include <oleacc.h>
+
+#include <limits>
+
+#include "buttons/button_test.h"
+#include "foundation/colors.h"
+#include "foundation/font_object.h"
+#include "support/resource_counts.h"
+
+using namespace tarn;
+using namespace tarn::test;
+
+namespace {
+
+uint32_t colour(Hosted &h, const wchar_t *name) { return static_cast<uint32_t>(as_integer(h.get(name))); }
+Rgb sys(int index) { return GetSysColor(index); }
+
+const std::vector<std::wstring> kSaveOrder = {
+    L"MASKHLIGHT", L"PICTURE", L"PICTUREDIS", L"BTYPE", L"TOOLTIP", L"TEXT", L"ENABLED", L"BACKCOLORCUST",
+    L"FONT", L"FOCUSRECT", L"SHOWPICTURE", L"BACKCOLOR", L"FORECOLOR", L"MouseIcon", L"MousePointer"};
+const std::vector<std::wstring> kRestoreOrder = {
+    L"FONT", L"MASKHLIGHTCOLOR", L"BTYPE", L"TEXT", L"TOOLTIP", L"ENABLED", L"BACKCOLORCUST", L"PICTURE",
+    L"FOCUSRECT", L"SHOWPICTURE", L"BACKCOLOR", L"FORECOLOR", L"PICTUREDIS", L"MouseIcon", L"MouseIcon",
+    L"MousePointer", L"MousePointer"};
+
+ComPtr<IFontDisp> font(const wchar_t *name, double size, bool bold = false)
+{
+    FontSpec look;
+    look.name = name;
+    look.size = size;
+    look.bold = bold;
+    return ComPtr<IFontDisp>::attach(CreateFontObject(look));
+}
+
+void set_everything(Hosted &b)
+{
+    b.put(L"BACKCOLOR", ole_colour(0x00C0FFEE));
+    b.put(L"BackColorCUSTOM", Bool(true));
+    b.put(L"ButtonType", I4(11));
+    b.put(L"CAPTION", Str(L"\u00c4pfel & \u65e5\u672c"));
+    b.put(L"Enabled", Bool(false));
+    b.put(L"FocusRect", Bool(false));
+    b.putref(L"Font", font(L"Tahoma", 11, true).get());
+    b.put(L"ForeColor", ole_colour(0x000000FF));
+    b.put(L"PictureVisible", Bool(true));
+    b.put(L"ToolTip", Str(L"Saves \u20ac"));
+    b.put(L"MousePointer", I2(2));
+    b.putref(L"Picture", solid_picture(16, 16, RGB(0, 200, 0)).get());
+    b.putref(L"PictureDisabled", solid_picture(16, 16, RGB(100, 100, 100)).get());
+}
+
+void expect_everything(Hosted &b)
+{
+    EXPECT_EQ(0x00C0FFEEu, colour(b, L"BACKCOLOR"));
+    EXPECT_TRUE(as_integer(b.get(L"BackColorCUSTOM")));
+    EXPECT_EQ(11, as_integer(b.get(L"ButtonType")));
+    EXPECT_EQ(L"\u00c4pfel & \u65e5\u672c", as_string(b.get(L"CAPTION")));
+    EXPECT_FALSE(as_integer(b.get(L"Enabled")));
+    EXPECT_FALSE(as_integer(b.get(L"FocusRect")));
+    EXPECT_EQ(L"Tahoma", FontSpecOf(V_DISPATCH(b.get(L"Font").get())).name);
+    EXPECT_TRUE(FontSpecOf(V_DISPATCH(b.get(L"Font").get())).bold);
+    EXPECT_EQ(0x000000FFu, colour(b, L"ForeColor"));
+    EXPECT_TRUE(as_integer(b.get(L"PictureVisible")));
+    EXPECT_EQ(L"Saves \u20ac", as_string(b.get(L"ToolTip")));
+    EXPECT_EQ(2, as_integer(b.get(L"MousePointer")));
+    Variant pic = b.get(L"Picture");
+    ASSERT_EQ(VT_DISPATCH, pic.vt());
+    EXPECT_NE(nullptr, V_DISPATCH(pic.get()));
+    Variant dis = b.get(L"PictureDisabled");
+    ASSERT_EQ(VT_DISPATCH, dis.vt());
+    EXPECT_NE(nullptr, V_DISPATCH(dis.get()));
+    // Written as MASKHLIGHT, read as MASKHLIGHTCOLOR: never comes back.
+    EXPECT_EQ(0x8000000Fu, colour(b, L"MaskHLightColor"));
+}
+
+} // namespace
+
+// ---------------------------------------------------------------- properties and keys
+
+TEST_F(ButtonTest, NewButtonStoresResolvedSystemColours)
+{
+    Hosted &b = place(kButton);
+    EXPECT_EQ(L"Button", as_string(b.get(L"CAPTION")));
+    EXPECT_EQ(1, as_integer(b.get(L"ButtonType")));
+    // Resolved RGB, not the system-colour references: they stay when the system changes.
+    EXPECT_EQ(sys(COLOR_BTNFACE), colour(b, L"BACKCOLOR"));
+    EXPECT_EQ(sys(COLOR_BTNTEXT), colour(b, L"ForeColor"));
+    EXPECT_EQ(0x8000000Fu, colour(b, L"MaskHLightColor"));
+    EXPECT_TRUE(as_integer(b.get(L"Enabled")));
+    EXPECT_TRUE(as_integer(b.get(L"FocusRect")));
+    EXPECT_FALSE(as_integer(b.get(L"PictureVisible")));
+    EXPECT_FALSE(as_integer(b.get(L"BackColorCUSTOM")));
+    EXPECT_EQ(L"", as_string(b.get(L"ToolTip")));
+    EXPECT_EQ(0, as_integer(b.get(L"MousePointer")));
+    Variant pic = b.get(L"Picture");
+    EXPECT_TRUE(pic.vt() == VT_EMPTY || (pic.vt() == VT_DISPATCH && !V_DISPATCH(pic.get())));
+    EXPECT_EQ(VT_DISPATCH, b.get(L"Font").vt());
+    // No window before activation; the handle property says so.
+    EXPECT_EQ(0, as_integer(b.get(L"hwnd")));
+}
+
+TEST_F(ButtonTest, EveryWriteAnnouncesItsOwnKey)
+{
+    Hosted &b = place(kButton);
+    set_everything(b);
+    b.putref(L"MouseIcon", solid_picture(8, 8, 0).get());
+    b.put(L"MaskHLightColor", ole_colour(0x00FF00FF));
+    // MousePointer and MouseIcon write without a notice; PictureVisible announces
+    // "PICTUREVisible", MaskHLightColor "MASKHLIGHTCOLOR".
+    const std::vector<std::wstring> expected = {L"BACKCOLOR", L"BACKCOLORCUST", L"BTYPE", L"TEXT", L"ENABLED",
+                                                L"FOCUSRECT", L"FONT", L"FORECOLOR", L"PICTUREVisible", L"TOOLTIP",
+                                                L"PICTURE", L"PICTUREDIS", L"MASKHLIGHTCOLOR"};
+    EXPECT_EQ(expected, b.log().changes);
+    EXPECT_EQ(0x00FF00FFu, colour(b, L"MaskHLightColor"));
+    // The key names the member under its other spelling: the DISPID is still found.
+    EXPECT_EQ(7, b.log().changed_ids[8]);
+}
+
+TEST_F(ButtonTest, ButtonTypeTakesAnySixteenBitValue)
+{
+    Hosted &b = place(kButton);
+    for (int32_t t : {0, 15, -3, 32767, -32768, 7}) {
+        EXPECT_EQ(S_OK, b.put(L"ButtonType", I4(t)));
+        EXPECT_EQ(t, as_integer(b.get(L"ButtonType")));
+    }
+    // Beyond 16 bits the store fails and is skipped; the notice still goes out.
+    b.log().changes.clear();
+    EXPECT_EQ(S_OK, b.put(L"ButtonType", I4(70000)));
+    EXPECT_EQ(7, as_integer(b.get(L"ButtonType")));
+    EXPECT_EQ(std::vector<std::wstring>{L"BTYPE"}, b.log().changes);
+    // Text that is no number cannot be converted: the call is skipped (resume next).
+    EXPECT_EQ(S_OK, b.put(L"ButtonType", Str(L"Windows XP")));
+    EXPECT_EQ(7, as_integer(b.get(L"ButtonType")));
+}
+
+TEST_F(ButtonTest, PicturePropertiesRefuseWhatIsNoPicture)
+{
+    Hosted &b = place(kButton);
+    EXPECT_EQ(S_OK, b.putref(L"Picture", font(L"Arial", 8).get())); // an object, but no picture
+    Variant pic = b.get(L"Picture");
+    EXPECT_TRUE(pic.vt() == VT_EMPTY || !V_DISPATCH(pic.get()));
+    EXPECT_EQ(S_OK, b.put(L"Picture", Str(L"C:\\nowhere\\missing.bmp")));
+    EXPECT_EQ(S_OK, b.put(L"Font", I4(3)));
+    EXPECT_EQ(S_OK, b.put(L"MouseIcon", Str(L"x")));
+    b.putref(L"Picture", solid_picture(4, 4, 0).get());
+    EXPECT_NE(nullptr, V_DISPATCH(b.get(L"Picture").get()));
+    EXPECT_EQ(S_OK, b.putref(L"Picture", nullptr)); // Nothing clears it
+    pic = b.get(L"Picture");
+    EXPECT_TRUE(pic.vt() == VT_EMPTY || !V_DISPATCH(pic.get()));
+}
+
+TEST_F(ButtonTest, TheEnumerationCarriesItsMemberNamesWithSpaces)
+{
+    Hosted &b = place(kButton);
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(S_OK, b.dispatch()->GetTypeInfo(0, 0, info.put()));
+    ComPtr<ITypeLib> lib;
+    UINT index = 0;
+    ASSERT_EQ(S_OK, info->GetContainingTypeLib(lib.put(), &index));
+    ComPtr<ITypeInfo> types;
+    ASSERT_EQ(S_OK, lib->GetTypeInfoOfGuid({0xC58FB026, 0xF385, 0x47E7, {0x95, 0xA5, 0x09, 0x9E, 0x3B, 0x06, 0x15, 0xC9}},
+                                          types.put()));
+    const wchar_t *names[] = {L"Button", L"Button Flat", L"Combo Box", L"Combo Box Flat", L"Toolbar",
+                              L"Toolbar Checked", L"Hyperlink", L"Hyperlink White", L"Spin Button",
+                              L"Spin Button Pressed", L"Windows XP", L"Toolbar Tab Select", L"Windows XP Pressed",
+                              L"Windows XP Toolbar"};
+    for (UINT i = 0; i < 14; ++i) {
+        VARDESC *vd = nullptr;
+        ASSERT_EQ(S_OK, types->GetVarDesc(i, &vd));
+        BSTR name = nullptr;
+        UINT n = 0;
+        types->GetNames(vd->memid, &name, 1, &n);
+        EXPECT_EQ(std::wstring(names[i]), from_bstr(name));
+        EXPECT_EQ(static_cast<LONG>(i + 1), V_I4(vd->lpvarValue));
+        SysFreeString(name);
+        types->ReleaseVarDesc(vd);
+    }
+}
+
+// ---------------------------------------------------------------- persistence
+
+TEST_F(ButtonTest, SavesEveryKeyInItsOrderEvenAtTheDefaults)
+{
+    Hosted &b = place(kButton);
+    ComPtr<Bag> bag = b.save_bag();
+    EXPECT_EQ(kSaveOrder, bag->writes);
+    EXPECT_EQ(kSaveOrder, bag->keys());
+}
+
+TEST_F(ButtonTest, RestoresInItsOrderReadingThePointerKeysTwice)
+{
+    ComPtr<Bag> empty = Bag::Create();
+    Hosted &b = place(kButton, {10, 10, 110, 35}, Init::FromBag, empty.get());
+    EXPECT_EQ(kRestoreOrder, empty->reads);
+    EXPECT_EQ(L"Button", as_string(b.get(L"CAPTION")));
+    EXPECT_EQ(sys(COLOR_BTNFACE), colour(b, L"BACKCOLOR"));
+    EXPECT_EQ(sys(COLOR_BTNTEXT), colour(b, L"ForeColor"));
+    EXPECT_EQ(1, as_integer(b.get(L"ButtonType")));
+    EXPECT_TRUE(as_integer(b.get(L"Enabled")));
+}
+
+TEST_F(ButtonTest, RoundTripsThroughBagAndStreamExceptTheMaskColour)
+{
+    Hosted &b = place(kButton);
+    set_everything(b);
+    b.put(L"MaskHLightColor", ole_colour(0x00123456));
+    ComPtr<Bag> bag = b.save_bag();
+    EXPECT_EQ(0x00123456, as_integer(bag->get(L"MASKHLIGHT")));
+    Hosted &from_bag = place(kButton, {10, 50, 110, 75}, Init::FromBag, bag.get());
+    expect_everything(from_bag);
+    ComPtr<IStream> stream = b.save_stream();
+    Hosted &from_stream = place(kButton, {10, 90, 110, 115}, Init::FromStream, stream.get());
+    expect_everything(from_stream);
+}
+
+TEST_F(ButtonTest, WrongTypesInTheBagFallBackToTheirDefaults)
+{
+    ComPtr<Bag> bag = Bag::Create();
+    bag->set(L"BTYPE", Str(L"abc"));
+    bag->set(L"TEXT", I4(12));
+    bag->set(L"ENABLED", Str(L"maybe"));
+    bag->set(L"PICTURE", Str(L"C:\\missing.bmp"));
+    bag->set(L"FONT", R8(3.5));
+    bag->set(L"MousePointer", R8(1e10));
+    bag->set(L"BACKCOLOR", Str(L"red"));
+    bag->set(L"SHOWPICTURE", Bool(true)); // a picture box with nothing in it
+    Variant null_value;
+    V_VT(null_value.put()) = VT_NULL;
+    bag->set(L"FORECOLOR", null_value);
+    bag->set(L"MouseIcon", I4(5));
+    Hosted &b = place(kButton, {10, 10, 110, 35}, Init::FromBag, bag.get());
+    EXPECT_EQ(S_OK, b.init_result());
+    EXPECT_EQ(1, as_integer(b.get(L"ButtonType")));
+    EXPECT_EQ(L"12", as_string(b.get(L"CAPTION")));
+    EXPECT_TRUE(as_integer(b.get(L"Enabled")));
+    EXPECT_EQ(0, as_integer(b.get(L"MousePointer")));
+    EXPECT_EQ(sys(COLOR_BTNFACE), colour(b, L"BACKCOLOR"));
+    EXPECT_EQ(sys(COLOR_BTNTEXT), colour(b, L"ForeColor"));
+    EXPECT_EQ(VT_DISPATCH, b.get(L"Font").vt());
+    b.render(100, 25);
+    b.activate();
+    UpdateWindow(b.hwnd());
+}
+
+TEST_F(ButtonTest, GarbageAndTruncatedStreamsLoadAsDefaults)
+{
+    Hosted &b = place(kButton);
+    set_everything(b);
+    ComPtr<IStream> saved = b.save_stream();
+    STATSTG st{};
+    saved->Stat(&st, STATFLAG_NONAME);
+    std::vector<BYTE> bytes(static_cast<size_t>(st.cbSize.QuadPart));
+    ULONG got = 0;
+    saved->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &got);
+    auto load = [&](const std::vector<BYTE> &data) {
+        ComPtr<IStream> s;
+        CreateStreamOnHGlobal(nullptr, TRUE, s.put());
+        ULONG w = 0;
+        if (!data.empty()) s->Write(data.data(), static_cast<ULONG>(data.size()), &w);
+        LARGE_INTEGER zero{};
+        s->Seek(zero, STREAM_SEEK_SET, nullptr);
+        Hosted g(form, kButton, {0, 0, 100, 25}, Init::FromStream, s.get());
+        EXPECT_EQ(S_OK, g.init_result());
+        std::wstring caption = as_string(g.get(L"CAPTION"));
+        g.render(60, 20);
+        EXPECT_EQ(0u, g.close());
+        return caption;
+    };
+    for (size_t cut = 0; cut < bytes.size(); cut += 11)
+        load(std::vector<BYTE>(bytes.begin(), bytes.begin() + static_cast<long>(cut)));
+    EXPECT_EQ(L"Button", load({}));
+    std::vector<BYTE> garbage(300);
+    for (size_t i = 0; i < garbage.size(); ++i) garbage[i] = static_cast<BYTE>(i * 131 >> 2);
+    EXPECT_EQ(L"Button", load(garbage));
+}
+
+TEST_F(ButtonTest, HugeTextsAndOddSizesAreHarmless)
+{
+    Hosted &b = active();
+    std::wstring huge(100000, L'W');
+    huge[7] = L'\t';
+    EXPECT_EQ(S_OK, b.put(L"CAPTION", Str(huge)));
+    EXPECT_EQ(S_OK, b.put(L"ToolTip", Str(huge)));
+    EXPECT_EQ(huge, as_string(b.get(L"CAPTION")));
+    for (int t = 0; t <= 15; ++t) {
+        b.put(L"ButtonType", I4(t));
+        b.render(100, 25);
+        UpdateWindow(b.hwnd());
+    }
+    b.put(L"PictureVisible", Bool(true));
+    b.putref(L"Picture", solid_picture(300, 300, RGB(0, 0, 255)).get());
+    for (RECT r : {RECT{0, 0, 0, 0}, RECT{0, 0, 1, 1}, RECT{5, 5, -100, 3}, RECT{0, 0, 3000, 2}, RECT{0, 0, 2, 900}}) {
+        b.move(r);
+        UpdateWindow(b.hwnd());
+        b.render(10, 10);
+    }
+    ComPtr<IOleObject> ole = b.as<IOleObject>(IID_IOleObject);
+    SIZEL negative{-5000, -100};
+    EXPECT_EQ(S_OK, ole->SetExtent(DVASPECT_CONTENT, &negative));
+    b.call(L"MousePosn", {I2(1), I2(0), R4(-1e30f), R4(1e30f)});
+    b.call(L"MousePosn", {I2(0), I2(0), R4(std::numeric_limits<float>::quiet_NaN()), R4(5)});
+    b.call(L"MousePosn", {Str(L"left"), I2(0), R4(1), R4(1)});
+    b.call(L"MousePosn", {});
+    b.move({0, 0, 100, 25});
+    EXPECT_EQ(S_OK, b.put(L"CAPTION", Str(L"ok")));
+}
+
+// ---------------------------------------------------------------- painting
+
+namespace {
+
+int dpi()
+{
+    HDC screen = GetDC(nullptr);
+    int d = GetDeviceCaps(screen, LOGPIXELSX);
+    ReleaseDC(nullptr, screen);
+    return d;
+}
+
+} // namespace
+
+TEST_F(ButtonTest, TheCaptionStartsTwoTwentyThreeOrTwentySixPixelsIn)
+{
+    // The combo-box look draws its caption left-aligned in the caption rectangle.
+    Hosted &b = place(kButton, {0, 0, 160, 25});
+    b.put(L"ButtonType", I4(3));
+    b.put(L"CAPTION", Str(L"IIII"));
+    b.put(L"ForeColor", ole_colour(0x000000FF));
+    b.put(L"BackColorCUSTOM", Bool(true));
+    b.put(L"BACKCOLOR", ole_colour(0x00FFFFFF));
+    int plain = first_red_column(b.render(160, 25), 3, 22);
+    ASSERT_GE(plain, 2);
+    EXPECT_LE(plain, 4); // 2 plus the glyph's own bearing
+    b.putref(L"Picture", solid_picture(16, 16, RGB(0, 160, 0)).get());
+    b.put(L"PictureVisible", Bool(true));
+    Bitmap fits = b.render(160, 25);
+    fits.save_png(output_path(L"cbtn-picture-fits.png"));
+    EXPECT_EQ(plain + 21, first_red_column(fits, 3, 22));
+    EXPECT_EQ(RGB(0, 160, 0), fits.pixel(10, 12)); // the picture at the left
+    b.putref(L"Picture", solid_picture(40, 40, RGB(0, 160, 0)).get()); // 40 - 8 is not below 25
+    Bitmap shrunk = b.render(160, 25);
+    shrunk.save_png(output_path(L"cbtn-picture-shrunk.png"));
+    EXPECT_EQ(plain + 24, first_red_column(shrunk, 3, 22));
+}
+
+TEST_F(ButtonTest, DisabledFaceEngravesTheCaptionAndGreysThePicture)
+{
+    Hosted &b = place(kButton, {0, 0, 100, 25});
+    b.put(L"CAPTION", Str(L"MMMM"));
+    b.put(L"ForeColor", ole_colour(0x000000FF));
+    Bitmap on = b.render(100, 25);
+    EXPECT_GT(on.count(0x000000FF), 10);
+    b.put(L"Enabled", Bool(false));
+    Bitmap off = b.render(100, 25);
+    off.save_png(output_path(L"cbtn-disabled.png"));
+    EXPECT_EQ(0, off.count(0x000000FF));
+    int engraved_light = 0, engraved_dark = 0;
+    for (int y = 4; y < 21; ++y)
+        for (int x = 4; x < 96; ++x) {
+            engraved_light += off.pixel(x, y) == sys(COLOR_BTNHIGHLIGHT);
+            engraved_dark += off.pixel(x, y) == sys(COLOR_BTNSHADOW);
+        }
+    EXPECT_GT(engraved_light, 10);
+    EXPECT_GT(engraved_dark, 10);
+    // The raised border stays.
+    EXPECT_EQ(sys(COLOR_BTNHIGHLIGHT), off.pixel(0, 0));
+    EXPECT_EQ(sys(COLOR_3DDKSHADOW), off.pixel(99, 24));
+    // A picture: greyed when no disabled picture is given, the disabled picture when it is.
+    b.put(L"PictureVisible", Bool(true));
+    b.putref(L"Picture", solid_picture(16, 16, RGB(0, 0, 255)).get());
+    Rgb greyed = b.render(100, 25).pixel(10, 12);
+    EXPECT_EQ(red_of(greyed), green_of(greyed));
+    EXPECT_EQ(green_of(greyed), blue_of(greyed));
+    b.putref(L"PictureDisabled", solid_picture(16, 16, RGB(200, 0, 200)).get());
+    EXPECT_EQ(RGB(200, 0, 200), b.render(100, 25).pixel(10, 12));
+    b.put(L"Enabled", Bool(true));
+    EXPECT_EQ(RGB(0, 0, 255), b.render(100, 25).pixel(10, 12));
+}
+
+TEST_F(ButtonTest, BackColorCustomDecidesWhetherTheLookKeepsBackColor)
+{
+    Hosted &b = place(kButton, {0, 0, 100, 25});
+    b.put(L"CAPTION", Str(L""));
+    b.put(L"BACKCOLOR", ole_colour(0x00C0FFEE));
+    EXPECT_EQ(sys(COLOR_BTNFACE), b.render(100, 25).pixel(50, 12));
+    b.put(L"BackColorCUSTOM", Bool(true));
+    Bitmap custom = b.render(100, 25);
+    EXPECT_EQ(0x00C0FFEEu, custom.pixel(50, 12));
+    EXPECT_EQ(sys(COLOR_BTNHIGHLIGHT), custom.pixel(0, 0)); // the border keeps the system colours
+    // A system colour reference as the back colour works too.
+    b.put(L"BACKCOLOR", ole_colour(0x80000005));
+    EXPECT_EQ(sys(COLOR_WINDOW), b.render(100, 25).pixel(50, 12));
+    // Outside 1 to 14 only the background is drawn, whatever the flag.
+    b.put(L"BACKCOLOR", ole_colour(0x00C0FFEE));
+    b.put(L"BackColorCUSTOM", Bool(false));
+    b.put(L"ButtonType", I4(15));
+    b.put(L"CAPTION", Str(L"WWW"));
+    EXPECT_EQ(100 * 25, b.render(100, 25).count(0x00C0FFEE));
+    // An invalid OLE colour draws as button face.
+    b.put(L"BACKCOLOR", ole_colour(0x7F000001));
+    EXPECT_EQ(100 * 25, b.render(100, 25).count(sys(COLOR_BTNFACE)));
+}
+
+TEST_F(ButtonTest, EveryLookHasDistinctNormalHoverAndPressedFacesWhereItsModelHasThem)
+{
+    Hosted &b = active({0, 0, 100, 25});
+    HWND w = b.hwnd();
+    ASSERT_TRUE(w);
+    b.put(L"CAPTION", Str(L"Face"));
+    b.put(L"FocusRect", Bool(false)); // the click focuses the button
+    // Looks whose model shows a hover face, and all but the latched ones a pressed face.
+    for (int t = 1; t <= 14; ++t) {
+        b.put(L"ButtonType", I4(t));
+        b.call(L"MousePosnONOUT");
+        uint32_t normal = b.capture().hash();
+        mouse(w, WM_MOUSEMOVE, 50, 12);
+        uint32_t hover = b.capture().hash();
+        mouse(w, WM_LBUTTONDOWN, 50, 12, MK_LBUTTON);
+        uint32_t pressed = b.capture().hash();
+        mouse(w, WM_LBUTTONUP, 50, 12);
+        EXPECT_EQ(normal, b.capture().hash()) << "type " << t << ": back to normal after the release";
+        bool hovers = t != 1 && t != 3 && t != 9 && t != 10;
+        if (hovers) EXPECT_NE(normal, hover) << "type " << t;
+        else EXPECT_EQ(normal, hover) << "type " << t;
+        EXPECT_NE(hover, pressed) << "type " << t;
+    }
+}
+
+TEST_F(ButtonTest, WindowShapesFollowTheType)
+{
+    Hosted &b = active({0, 0, 100, 25});
+    HWND w = b.hwnd();
+    auto inside = [&](int x, int y) {
+        unique_region r(CreateRectRgn(0, 0, 0, 0));
+        if (GetWindowRgn(w, r.get()) == ERROR) return true;
+        return PtInRegion(r.get(), x, y) != FALSE;
+    };
+    EXPECT_TRUE(inside(0, 0));
+    b.put(L"ButtonType", I4(11));
+    EXPECT_FALSE(inside(0, 0));
+    EXPECT_TRUE(inside(50, 0));
+    EXPECT_FALSE(inside(99, 24));
+    b.put(L"ButtonType", I4(12));
+    EXPECT_FALSE(inside(0, 0));
+    EXPECT_TRUE(inside(0, 24)); // open at the bottom
+    b.move({0, 0, 60, 40});
+    EXPECT_FALSE(inside(59, 0));
+    EXPECT_TRUE(inside(59, 39));
+    b.put(L"ButtonType", I4(2));
+    EXPECT_TRUE(inside(59, 0));
+}
+
+TEST_F(ButtonTest, TheWindowPaintsWhatTheViewObjectDraws)
+{
+    Hosted &b = active({0, 0, 120, 30});
+    b.put(L"CAPTION", Str(L"Same"));
+    for (int t : {1, 4, 6, 11, 14}) {
+        b.put(L"ButtonType", I4(t));
+        EXPECT_EQ(b.render(120, 30).hash(), b.capture().hash()) << t;
+    }
+}
+
+TEST_F(ButtonTest, TheHandlePropertyIsTheWholeWindowHandle)
+{
+    Hosted &b = active();
+    Variant h = b.get(L"hwnd");
+#ifdef _WIN64
+    EXPECT_EQ(VT_I8, h.vt());
+#endif
+    EXPECT_EQ(reinterpret_cast<LONG_PTR>(b.hwnd()), static_cast<LONG_PTR>(as_integer(h)));
+}
+
+TEST_F(ButtonTest, MousePointerSetsTheCursorOverTheButton)
+{
+    Hosted &b = active();
+    HWND w = b.hwnd();
+    b.put(L"MousePointer", I2(2));
+    SendMessageW(w, WM_SETCURSOR, reinterpret_cast<WPARAM>(w), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    EXPECT_EQ(LoadCursorW(nullptr, IDC_CROSS), GetCursor());
+    b.put(L"MousePointer", I2(11));
+    SendMessageW(w, WM_SETCURSOR, reinterpret_cast<WPARAM>(w), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    EXPECT_EQ(LoadCursorW(nullptr, IDC_WAIT), GetCursor());
+    // A link shows the hand by default.
+    b.put(L"MousePointer", I2(0));
+    b.put(L"ButtonType", I4(7));
+    SendMessageW(w, WM_SETCURSOR, reinterpret_cast<WPARAM>(w), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    EXPECT_EQ(LoadCursorW(nullptr, IDC_HAND), GetCursor());
+    // Custom without an icon: the class cursor.
+    b.put(L"MousePointer", I2(99));
+    SendMessageW(w, WM_SETCURSOR, reinterpret_cast<WPARAM>(w), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+}
+
+// ---------------------------------------------------------------- accessibility
+
+TEST_F(ButtonTest, ScreenReadersReadCaptionRoleStateAndDefaultAction)
+{
+    Hosted &b = active();
+    b.put(L"CAPTION", Str(L"Save"));
+    ComPtr<IAccessible> acc;
+    ASSERT_EQ(S_OK, AccessibleObjectFromWindow(b.hwnd(), OBJID_CLIENT, IID_IAccessible, acc.put_void()));
+    VARIANT self;
+    V_VT(&self) = VT_I4;
+    V_I4(&self) = CHILDID_SELF;
+    BSTR name = nullptr;
+    ASSERT_EQ(S_OK, acc->get_accName(self, &name));
+    EXPECT_EQ(L"Save", from_bstr(name));
+    SysFreeString(name);
+    Variant role;
+    ASSERT_EQ(S_OK, acc->get_accRole(self, role.put()));
+    EXPECT_EQ(ROLE_SYSTEM_PUSHBUTTON, V_I4(role.get()));
+    BSTR action = nullptr;
+    ASSERT_EQ(S_OK, acc->get_accDefaultAction(self, &action));
+    EXPECT_EQ(L"Press", from_bstr(action));
+    SysFreeString(action);
+
+    SetFocus(b.hwnd());
+    Variant state;
+    acc->get_accState(self, state.put());
+    EXPECT_TRUE(V_I4(state.get()) & STATE_SYSTEM_FOCUSED);
+    EXPECT_FALSE(V_I4(state.get()) & STATE_SYSTEM_UNAVAILABLE);
+    mouse(b.hwnd(), WM_LBUTTONDOWN, 5, 5, MK_LBUTTON);
+    Variant pressed;
+    acc->get_accState(self, pressed.put());
+    EXPECT_TRUE(V_I4(pressed.get()) & STATE_SYSTEM_PRESSED);
+    mouse(b.hwnd(), WM_LBUTTONUP, 5, 5);
+    b.log().clear_events();
+    EXPECT_EQ(S_OK, acc->accDoDefaultAction(self));
+    EXPECT_EQ(std::vector<std::wstring>{L"Click"}, b.log().event_names());
+    b.put(L"Enabled", Bool(false));
+    Variant disabled;
+    acc->get_accState(self, disabled.put());
+    EXPECT_TRUE(V_I4(disabled.get()) & STATE_SYSTEM_UNAVAILABLE);
+    VARIANT child;
+    V_VT(&child) = VT_I4;
+    V_I4(&child) = 3;
+    EXPECT_EQ(E_INVALIDARG, acc->get_accName(child, &name));
+    // The object outlives the button without harm.
+    close(b);
+    EXPECT_EQ(CO_E_OBJNOTCONNECTED, acc->get_accName(self, &name));
+    EXPECT_EQ(CO_E_OBJNOTCONNECTED, acc->accDoDefaultAction(self));
+}
+
+// ---------------------------------------------------------------- resources
+
+TEST_F(ButtonTest, TenThousandResizeAndPaintCyclesLeaveNoObjectsBehind)
+{
+    DllResourceCounter dll;
+    ASSERT_TRUE(dll.installed());
+    Hosted &b = active({0, 0, 100, 25});
+    b.put(L"CAPTION", Str(L"Resize"));
+    b.put(L"PictureVisible", Bool(true));
+    b.putref(L"Picture", solid_picture(16, 16, RGB(0, 128, 0)).get());
+    // Every look once first: what a look makes on first use (the dotted brush) it keeps.
+    for (int t = 1; t <= 14; ++t) {
+        b.put(L"ButtonType", I4(t));
+        UpdateWindow(b.hwnd());
+    }
+    pump();
+    long gdi = dll.gdi_objects(), dcs = dll.dcs(), process_gdi = ProcessGdiObjects(), windows = ProcessWindows();
+    for (int i = 0; i < 10000; ++i) {
+        if (i % 500 == 0) b.put(L"ButtonType", I4(1 + i / 500 % 14));
+        b.move({0, 0, 60 + i % 150, 18 + i % 40});
+        InvalidateRect(b.hwnd(), nullptr, FALSE);
+        UpdateWindow(b.hwnd());
+    }
+    pump();
+    EXPECT_EQ(gdi, dll.gdi_objects());
+    EXPECT_EQ(dcs, dll.dcs());
+    EXPECT_EQ(windows, ProcessWindows());
+    if (process_gdi >= 0) {
+        EXPECT_EQ(process_gdi, ProcessGdiObjects());
+    }
+}
+
+TEST(ButtonLifetime, AfterEverythingIsReleasedTheDllCanUnload)
+{
+    {
+        Container form;
+        Hosted b(form, kButton, {0, 0, 100, 25});
+        b.put(L"ToolTip", Str(L"tip"));
+        b.activate();
+        b.render(100, 25);
+        EXPECT_EQ(0u, b.close());
+    }
+    CoFreeUnusedLibraries();
+    EXPECT_EQ(S_OK, dll_can_unload_now());
+}
+
+TEST_F(ButtonTest, RendersAtTheScreensDpi)
+{
+    // The same face from the window and from the view object, whatever the DPI: the look is
+    // in pixels.
+    if (dpi() != 144 && dpi() != 96) GTEST_SKIP();
+    Hosted &b = active({0, 0, 150, 38});
+    b.put(L"ButtonType", I4(11));
+    EXPECT_EQ(b.render(150, 38).hash(), b.capture().hash());
+}

@@ -1,0 +1,159 @@
+// The shared window hook on real windows: what is installed and put back, windows destroyed in
+// any order, and one table per thread. (The table's rules run natively in hook_table_test; the
+// hook through the DLL, with handles it cannot hook, in Subclass_test.)
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <functional>
+#include <set>
+#include <thread>
+
+#include "foundation/window_hooks.h"
+#include "support/test_windows.h"
+
+using namespace tarn;
+using namespace tarn::test;
+
+namespace {
+
+// Another subclasser's procedure, installed over the class's own.
+LRESULT CALLBACK outer_proc(HWND h, UINT msg, WPARAM wp, LPARAM lp)
+{
+    LRESULT r = own_proc(h, msg, wp, lp);
+    return msg == kAsk ? r + 1 : r;
+}
+
+// An owner the way the Subclass control is one: WM_NCDESTROY makes it let go of its window.
+class Owner final : public HookOwner {
+public:
+    void HookAddRef() override { ++refs; }
+    void HookRelease() override { --refs; }
+    bool HookWatches(std::uint32_t msg) override { return watched.count(msg) != 0; }
+    HookResult HookMessage(std::uint32_t, std::uintptr_t, std::intptr_t) override
+    {
+        if (on_message) on_message();
+        return answer;
+    }
+    void HookWindowGone() override
+    {
+        ++gone;
+        if (hwnd) UnhookWindow(std::exchange(hwnd, nullptr));
+    }
+    void hook(HWND h)
+    {
+        hwnd = h;
+        HookWindow(h, this);
+    }
+
+    int refs = 0;
+    int gone = 0;
+    HWND hwnd = nullptr;
+    std::set<std::uint32_t> watched{kWatched};
+    HookResult answer = 0;
+    std::function<void()> on_message;
+};
+
+} // namespace
+
+TEST(WindowHooks, AHookIsTheSharedProcedureAndUnhookingPutsBackExactlyWhatWasThere)
+{
+    HWND w = make_window();
+    // Something else subclassed the window before us: that is the procedure to come back.
+    SetWindowLongPtrW(w, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&outer_proc));
+    Owner o;
+    o.answer = -7;
+    o.hook(w);
+    EXPECT_EQ(reinterpret_cast<LONG_PTR>(&SubclassWndProc), proc_of(w));
+    EXPECT_EQ(1, o.refs);
+    EXPECT_EQ(4243 + 3, SendMessageW(w, kAsk, 3, 0)); // not watched: the saved procedure's answer
+    EXPECT_EQ(-7, SendMessageW(w, kWatched, 0, 0));
+    EXPECT_EQ(4243, CallPreviousWndProc(w, kAsk, 0, 0));
+    UnhookWindow(w);
+    EXPECT_EQ(reinterpret_cast<LONG_PTR>(&outer_proc), proc_of(w));
+    EXPECT_EQ(0, o.refs);
+    EXPECT_EQ(0u, ThreadHookTable().count());
+    EXPECT_EQ(0, CallPreviousWndProc(w, kAsk, 0, 0));
+    EXPECT_EQ(0, SubclassWndProc(w, kAsk, 0, 0)); // a window not in the table
+    EXPECT_EQ(4243, SendMessageW(w, kAsk, 0, 0));
+    DestroyWindow(w);
+}
+
+TEST(WindowHooks, DestroyingWindowsInAnyOrderEndsEveryHook)
+{
+    // A hooked parent with hooked children: destroying the parent destroys them all.
+    Owner parent_owner, child_owner[3];
+    HWND parent = make_window();
+    parent_owner.hook(parent);
+    for (Owner &c : child_owner) c.hook(make_window(parent));
+    EXPECT_EQ(4u, ThreadHookTable().count());
+    DestroyWindow(parent);
+    EXPECT_EQ(0u, ThreadHookTable().count());
+    EXPECT_EQ(0, parent_owner.refs);
+    EXPECT_EQ(1, parent_owner.gone);
+    for (Owner &c : child_owner) {
+        EXPECT_EQ(0, c.refs);
+        EXPECT_EQ(nullptr, c.hwnd);
+    }
+
+    // Children first, then the parent; and one owner on several windows.
+    Owner shared;
+    HWND p = make_window();
+    HWND kids[4];
+    for (HWND &k : kids) {
+        k = make_window(p);
+        HookWindow(k, &shared);
+    }
+    HookWindow(p, &shared);
+    EXPECT_EQ(5, shared.refs);
+    DestroyWindow(kids[2]);
+    DestroyWindow(kids[0]);
+    EXPECT_EQ(3, shared.refs);
+    DestroyWindow(p);
+    EXPECT_EQ(0, shared.refs);
+    EXPECT_EQ(0u, ThreadHookTable().count());
+}
+
+TEST(WindowHooks, AHandlerMayDestroyWindowsIncludingItsOwn)
+{
+    Owner a, b;
+    HWND wa = make_window(), wb = make_window();
+    a.hook(wa);
+    b.hook(wb);
+    a.on_message = [&] {
+        DestroyWindow(wb); // another hooked window
+        DestroyWindow(wa); // and its own, while its message is being answered
+    };
+    a.answer = 5;
+    EXPECT_EQ(5, SendMessageW(wa, kWatched, 0, 0));
+    EXPECT_FALSE(IsWindow(wa));
+    EXPECT_FALSE(IsWindow(wb));
+    EXPECT_EQ(0, a.refs);
+    EXPECT_EQ(0, b.refs);
+    EXPECT_EQ(0u, ThreadHookTable().count());
+}
+
+TEST(WindowHooks, EachThreadHasATableOfItsOwn)
+{
+    Owner here;
+    HWND mine = make_window();
+    here.hook(mine);
+    size_t there_count = 99, there_after = 99;
+    LRESULT there_answer = 0;
+    std::thread t([&] {
+        Owner there;
+        there.answer = 31;
+        HWND theirs = make_window();
+        there.hook(theirs);
+        there_count = ThreadHookTable().count();
+        there_answer = SendMessageW(theirs, kWatched, 0, 0);
+        DestroyWindow(theirs);
+        there_after = ThreadHookTable().count();
+    });
+    t.join();
+    EXPECT_EQ(1u, there_count);
+    EXPECT_EQ(31, there_answer);
+    EXPECT_EQ(0u, there_after);
+    EXPECT_EQ(1u, ThreadHookTable().count());
+    DestroyWindow(mine);
+    EXPECT_EQ(0, here.refs);
+}
