@@ -165,6 +165,24 @@ long ProcessGdiObjects()
 #endif
 }
 
+ResourceSnapshot::ResourceSnapshot()
+    : gdi_(dll_.gdi_objects()), dcs_(dll_.dcs()), process_gdi_(ProcessGdiObjects()), windows_(ProcessWindows())
+{
+}
+
+std::vector<std::string> ResourceSnapshot::changes() const
+{
+    std::vector<std::string> out;
+    auto check = [&](const char *name, long before, long now) {
+        if (before != now) out.push_back(std::string(name) + ": " + std::to_string(before) + " -> " + std::to_string(now));
+    };
+    check("DLL GDI objects", gdi_, dll_.gdi_objects());
+    check("DLL DCs", dcs_, dll_.dcs());
+    check("process windows", windows_, ProcessWindows());
+    if (process_gdi_ >= 0) check("process GDI objects", process_gdi_, ProcessGdiObjects());
+    return out;
+}
+
 long ProcessWindows()
 {
     long n = 0;
