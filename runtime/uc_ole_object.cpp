@@ -134,17 +134,27 @@ HRESULT UserControl::ui_activate()
     if (ui_active_ || !inplace_site_) return S_OK;
     ui_active_ = true;
     inplace_site_->OnUIActivate();
+    announce_active(true);
+    return S_OK;
+}
+
+void UserControl::announce_active(bool active)
+{
     ComPtr<IOleInPlaceFrame> frame;
     ComPtr<IOleInPlaceUIWindow> doc;
     RECT pos{}, clip{};
     OLEINPLACEFRAMEINFO info{};
     info.cb = sizeof info;
-    if (SUCCEEDED(inplace_site_->GetWindowContext(frame.put(), doc.put(), &pos, &clip, &info))) {
-        if (info.haccel) DestroyAcceleratorTable(info.haccel);
+    if (FAILED(inplace_site_->GetWindowContext(frame.put(), doc.put(), &pos, &clip, &info))) return;
+    if (info.haccel) DestroyAcceleratorTable(info.haccel);
+    // Taken back in the reverse order of giving.
+    if (active) {
         if (frame) frame->SetActiveObject(this, nullptr);
         if (doc) doc->SetActiveObject(this, nullptr);
+    } else {
+        if (doc) doc->SetActiveObject(nullptr, nullptr);
+        if (frame) frame->SetActiveObject(nullptr, nullptr);
     }
-    return S_OK;
 }
 
 STDMETHODIMP UserControl::EnumVerbs(IEnumOLEVERB **verbs)
@@ -264,16 +274,7 @@ STDMETHODIMP UserControl::UIDeactivate()
         if (!ui_active_) return S_OK;
         ui_active_ = false;
         if (!inplace_site_) return S_OK;
-        ComPtr<IOleInPlaceFrame> frame;
-        ComPtr<IOleInPlaceUIWindow> doc;
-        RECT pos{}, clip{};
-        OLEINPLACEFRAMEINFO info{};
-        info.cb = sizeof info;
-        if (SUCCEEDED(inplace_site_->GetWindowContext(frame.put(), doc.put(), &pos, &clip, &info))) {
-            if (info.haccel) DestroyAcceleratorTable(info.haccel);
-            if (doc) doc->SetActiveObject(nullptr, nullptr);
-            if (frame) frame->SetActiveObject(nullptr, nullptr);
-        }
+        announce_active(false);
         inplace_site_->OnUIDeactivate(FALSE);
         return S_OK;
     });

@@ -327,19 +327,13 @@ LRESULT UserControl::on_message(UINT msg, WPARAM wp, LPARAM lp)
     case WM_GETDLGCODE:
         return DialogCode();
     case WM_KEYDOWN: case WM_SYSKEYDOWN: {
-        int16_t code = static_cast<int16_t>(wp), sh = 0;
-        if (GetKeyState(VK_SHIFT) < 0) sh |= shift::Shift;
-        if (GetKeyState(VK_CONTROL) < 0) sh |= shift::Ctrl;
-        if (GetKeyState(VK_MENU) < 0) sh |= shift::Alt;
+        int16_t code = static_cast<int16_t>(wp), sh = shift::Now();
         step([&] { KeyDown(code, sh); });
         if (msg == WM_SYSKEYDOWN) return DefWindowProcW(hwnd_, msg, wp, lp);
         return 0;
     }
     case WM_KEYUP: case WM_SYSKEYUP: {
-        int16_t code = static_cast<int16_t>(wp), sh = 0;
-        if (GetKeyState(VK_SHIFT) < 0) sh |= shift::Shift;
-        if (GetKeyState(VK_CONTROL) < 0) sh |= shift::Ctrl;
-        if (GetKeyState(VK_MENU) < 0) sh |= shift::Alt;
+        int16_t code = static_cast<int16_t>(wp), sh = shift::Now();
         step([&] { KeyUp(code, sh); });
         if (msg == WM_SYSKEYUP) return DefWindowProcW(hwnd_, msg, wp, lp);
         return 0;
@@ -468,6 +462,15 @@ void UserControl::on_focus(bool gained, HWND other)
 }
 
 // ---------------------------------------------------------------- window class
+
+int16_t shift::Now()
+{
+    int16_t sh = 0;
+    if (GetKeyState(VK_SHIFT) < 0) sh |= Shift;
+    if (GetKeyState(VK_CONTROL) < 0) sh |= Ctrl;
+    if (GetKeyState(VK_MENU) < 0) sh |= Alt;
+    return sh;
+}
 
 namespace {
 constexpr wchar_t kControlWindowClass[] = L"TarnControlWindow";

@@ -57,6 +57,8 @@ constexpr int16_t Left = 1, Right = 2, Middle = 4;
 }
 namespace shift {
 constexpr int16_t Shift = 1, Ctrl = 2, Alt = 4;
+// The keyboard's shift state now, as key events carry it.
+int16_t Now();
 }
 // The events every control that offers them numbers the same way.
 namespace events {
@@ -314,6 +316,8 @@ private:
     void park_constituents();
     HRESULT activate(LONG verb, HWND parent_hint, LPCRECT pos_hint);
     HRESULT ui_activate();
+    // Tells the site's frame and document window that this object is (or no longer is) UI-active.
+    void announce_active(bool active);
     void set_size_px(int cx, int cy, bool from_host);
     void run_resize();
     void view_changed();

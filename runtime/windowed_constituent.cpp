@@ -12,6 +12,7 @@
 #include "foundation/trap.h"
 #include "runtime/ambient.h"
 #include "runtime/module.h"
+#include "runtime/user_control.h"
 
 namespace tarn {
 
@@ -68,15 +69,6 @@ int pixel(double twips, double tppx)
     if (!(v > -kLimit)) return static_cast<int>(-kLimit);
     if (v > kLimit) return static_cast<int>(kLimit);
     return static_cast<int>(v);
-}
-
-int16_t key_shift_state()
-{
-    int16_t sh = 0;
-    if (GetKeyState(VK_SHIFT) < 0) sh |= 1;
-    if (GetKeyState(VK_CONTROL) < 0) sh |= 2;
-    if (GetKeyState(VK_MENU) < 0) sh |= 4;
-    return sh;
 }
 
 RECT rect_in_parent(HWND w)
@@ -466,7 +458,7 @@ LRESULT WindowedConstituent::on_message(HWND window, UINT msg, WPARAM wp, LPARAM
     case WM_SYSKEYUP: {
         const KeyHandler &handler = (msg == WM_KEYDOWN || msg == WM_SYSKEYDOWN) ? on_key_down : on_key_up;
         if (!handler) break;
-        int16_t code = static_cast<int16_t>(wp & 0xFFFF), sh = key_shift_state();
+        int16_t code = static_cast<int16_t>(wp & 0xFFFF), sh = shift::Now();
         step([&] { handler(code, sh); });
         if (code == 0) return 0;
         wp = static_cast<uint16_t>(code);
