@@ -12,23 +12,6 @@ bool is_object(const VARIANT *v) { return V_VT(v) == VT_UNKNOWN || V_VT(v) == VT
 
 ComPtr<Bag> Bag::Create() { return ComPtr<Bag>::attach(new Bag()); }
 
-STDMETHODIMP Bag::QueryInterface(REFIID riid, void **ppv)
-{
-    if (!ppv) return E_POINTER;
-    *ppv = nullptr;
-    if (riid != IID_IUnknown && riid != IID_IPropertyBag) return E_NOINTERFACE;
-    *ppv = static_cast<IPropertyBag *>(this);
-    AddRef();
-    return S_OK;
-}
-
-STDMETHODIMP_(ULONG) Bag::Release()
-{
-    LONG r = InterlockedDecrement(&refs_);
-    if (r == 0) delete this;
-    return r;
-}
-
 STDMETHODIMP Bag::Read(LPCOLESTR key, VARIANT *value, IErrorLog *)
 {
     if (!key || !value) return E_POINTER;

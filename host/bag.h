@@ -9,10 +9,11 @@
 #include <vector>
 
 #include "runtime/com.h"
+#include "runtime/com_object.h"
 
 namespace tarn::host {
 
-class Bag final : public IPropertyBag {
+class Bag final : public ComObject<IPropertyBag> {
 public:
     struct Entry {
         std::wstring key;
@@ -20,9 +21,6 @@ public:
     };
     static ComPtr<Bag> Create();
 
-    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return InterlockedIncrement(&refs_); }
-    STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP Read(LPCOLESTR key, VARIANT *value, IErrorLog *log) override;
     STDMETHODIMP Write(LPCOLESTR key, VARIANT *value) override;
 
@@ -39,7 +37,6 @@ public:
 
 private:
     Bag() = default;
-    LONG refs_ = 1;
     std::vector<Entry> entries_;
 };
 

@@ -1,5 +1,6 @@
 #include "host/container.h"
 
+#include "runtime/com_object.h"
 #include "runtime/guarded.h"
 
 #include <algorithm>
@@ -7,28 +8,14 @@
 namespace tarn::host {
 
 // The container's frame window as OLE sees it: the control tells it which object is active.
-class Frame final : public IOleInPlaceFrame {
+class Frame final : public ComObject<IOleInPlaceFrame> {
 public:
     Frame(HWND hwnd, CallLog &log) : hwnd_(hwnd), log_(log) {}
 
-    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override
+    void *query_more(REFIID riid) override // the interfaces IOleInPlaceFrame extends
     {
-        if (!ppv) return E_POINTER;
-        *ppv = nullptr;
-        if (riid == IID_IUnknown || riid == IID_IOleWindow || riid == IID_IOleInPlaceUIWindow ||
-            riid == IID_IOleInPlaceFrame) {
-            *ppv = static_cast<IOleInPlaceFrame *>(this);
-            AddRef();
-            return S_OK;
-        }
-        return E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return InterlockedIncrement(&refs_); }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        LONG r = InterlockedDecrement(&refs_);
-        if (r == 0) delete this;
-        return r;
+        if (riid == IID_IOleWindow || riid == IID_IOleInPlaceUIWindow) return static_cast<IOleInPlaceFrame *>(this);
+        return nullptr;
     }
     STDMETHODIMP GetWindow(HWND *hwnd) override
     {
@@ -88,7 +75,6 @@ public:
     ComPtr<IOleInPlaceActiveObject> active_;
 
 private:
-    LONG refs_ = 1;
     HWND hwnd_;
     CallLog &log_;
 };

@@ -27,13 +27,6 @@ STDMETHODIMP Site::QueryInterface(REFIID riid, void **ppv)
     return S_OK;
 }
 
-STDMETHODIMP_(ULONG) Site::Release()
-{
-    LONG r = InterlockedDecrement(&refs_);
-    if (r == 0) delete this;
-    return r;
-}
-
 // ---------------------------------------------------------------- IOleClientSite
 
 STDMETHODIMP Site::SaveObject()
@@ -256,25 +249,6 @@ STDMETHODIMP Site::OnChangedKey(LPCOLESTR key)
 }
 
 // ---------------------------------------------------------------- events
-
-STDMETHODIMP EventSink::QueryInterface(REFIID riid, void **ppv)
-{
-    if (!ppv) return E_POINTER;
-    *ppv = nullptr;
-    if (riid == IID_IUnknown || riid == IID_IDispatch || (riid == iid && iid != IID_NULL)) {
-        *ppv = static_cast<IDispatch *>(this);
-        AddRef();
-        return S_OK;
-    }
-    return E_NOINTERFACE;
-}
-
-STDMETHODIMP_(ULONG) EventSink::Release()
-{
-    LONG r = InterlockedDecrement(&refs_);
-    if (r == 0) delete this;
-    return r;
-}
 
 STDMETHODIMP EventSink::GetTypeInfoCount(UINT *count)
 {

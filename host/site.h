@@ -11,6 +11,7 @@
 #include "host/call_log.h"
 #include "runtime/change_key_sink.h"
 #include "runtime/com.h"
+#include "runtime/com_object.h"
 
 namespace tarn::host {
 
@@ -23,13 +24,8 @@ struct AmbientSettings {
     std::wstring display_name = L"Control1";
 };
 
-class Site final : public IOleClientSite,
-                   public IOleInPlaceSite,
-                   public IOleControlSite,
-                   public IDispatch,
-                   public IPropertyNotifySink,
-                   public ITarnChangeKeySink,
-                   public IAdviseSink {
+class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch, IPropertyNotifySink,
+                                     ITarnChangeKeySink, IAdviseSink> {
 public:
     Site(HWND window, IOleInPlaceFrame *frame, AmbientSettings &ambient, CallLog &log);
 
@@ -39,10 +35,8 @@ public:
     // Whether the site places the control where it asks (OnPosRectChange) or keeps its rectangle.
     bool honour_position_requests = true;
 
-    // IUnknown
+    // IUnknown: the ambient properties' IDispatch only when the settings supply them
     STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return InterlockedIncrement(&refs_); }
-    STDMETHODIMP_(ULONG) Release() override;
 
     // IOleClientSite
     STDMETHODIMP SaveObject() override;
@@ -99,7 +93,6 @@ public:
     int ambient_reads = 0;
 
 private:
-    LONG refs_ = 1;
     HWND window_;
     ComPtr<IOleInPlaceFrame> frame_;
     AmbientSettings &ambient_;
@@ -109,13 +102,10 @@ private:
 };
 
 // Receives the control's events on its default source interface and records them by name.
-class EventSink final : public IDispatch {
+class EventSink final : public ComObject<IDispatch> {
 public:
     EventSink(ITypeInfo *events, CallLog &log) : events_(events), log_(log) {}
 
-    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return InterlockedIncrement(&refs_); }
-    STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP GetTypeInfoCount(UINT *count) override;
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo **info) override;
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR *, UINT, LCID, DISPID *) override;
@@ -125,7 +115,11 @@ public:
     IID iid = IID_NULL; // the event interface, answered by QueryInterface
 
 private:
-    LONG refs_ = 1;
+    void *query_more(REFIID riid) override
+    {
+        return riid == iid && iid != IID_NULL ? static_cast<IDispatch *>(this) : nullptr;
+    }
+
     ComPtr<ITypeInfo> events_;
     CallLog &log_;
 };

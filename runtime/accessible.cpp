@@ -1,5 +1,6 @@
 #include "runtime/accessible.h"
 
+#include "runtime/com_object.h"
 #include "runtime/guarded.h"
 
 #include <new>
@@ -7,7 +8,7 @@
 
 namespace tarn {
 
-class AccessibleObject final : public IAccessible {
+class AccessibleObject final : public ComObject<IAccessible> {
 public:
     AccessibleObject(HWND hwnd, AccessibleOwner *owner) : owner_(owner)
     {
@@ -19,22 +20,9 @@ public:
         standard_.reset();
     }
 
-    // IUnknown
-    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override
+    void *query_more(REFIID riid) override // IAccessible is a dual interface
     {
-        if (!ppv) return E_POINTER;
-        *ppv = nullptr;
-        if (riid == IID_IUnknown || riid == IID_IDispatch || riid == IID_IAccessible) *ppv = static_cast<IAccessible *>(this);
-        else return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&refs_)); }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        LONG r = InterlockedDecrement(&refs_);
-        if (r == 0) delete this;
-        return static_cast<ULONG>(r);
+        return riid == IID_IDispatch ? static_cast<IAccessible *>(this) : nullptr;
     }
 
     // IDispatch: clients use the vtable; late binding is not offered.
@@ -173,7 +161,6 @@ private:
         return guarded([&] { return call(standard_.get()); });
     }
 
-    LONG refs_ = 1;
     module::ObjectCount count_;
     AccessibleOwner *owner_;
     ComPtr<IAccessible> standard_;

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "runtime/com_object.h"
+
 namespace tarn {
 
 std::vector<ComPtr<IUnknown>> ConnectionPoint::sinks() const
@@ -85,7 +87,7 @@ namespace {
 
 // One enumerator shape for both element kinds: it holds its own references to the elements
 // and to the object they came from, and AddRefs every element it hands out.
-template <class IEnum, class Item, const IID *EnumIid> class Enumerator final : public IEnum {
+template <class IEnum, class Item> class Enumerator final : public ComObject<IEnum> {
 public:
     Enumerator(IUnknown *owner, std::vector<Item> items, ULONG pos) : owner_(owner), items_(std::move(items)), pos_(pos)
     {
@@ -96,22 +98,6 @@ public:
         for (Item &i : items_) unknown_of(i)->Release();
     }
 
-    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        *ppv = nullptr;
-        if (riid != IID_IUnknown && riid != *EnumIid) return E_NOINTERFACE;
-        *ppv = static_cast<IEnum *>(this);
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return InterlockedIncrement(&refs_); }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        ULONG r = InterlockedDecrement(&refs_);
-        if (r == 0) delete this;
-        return r;
-    }
     STDMETHODIMP Next(ULONG count, Item *out, ULONG *fetched) override
     {
         if (fetched) *fetched = 0;
@@ -148,7 +134,6 @@ private:
     static IUnknown *unknown_of(const CONNECTDATA &d) { return d.pUnk; }
 
     module::ObjectCount count_;
-    LONG refs_ = 1;
     ComPtr<IUnknown> owner_;
     std::vector<Item> items_;
     ULONG pos_;
@@ -158,13 +143,13 @@ private:
 
 IEnumConnectionPoints *NewConnectionPointEnumerator(IUnknown *owner, const std::vector<IConnectionPoint *> &points)
 {
-    return new (std::nothrow) Enumerator<IEnumConnectionPoints, IConnectionPoint *, &IID_IEnumConnectionPoints>(
+    return new (std::nothrow) Enumerator<IEnumConnectionPoints, IConnectionPoint *>(
         owner, points, 0);
 }
 
 IEnumConnections *NewConnectionEnumerator(IUnknown *owner, const std::vector<CONNECTDATA> &connections)
 {
-    return new (std::nothrow) Enumerator<IEnumConnections, CONNECTDATA, &IID_IEnumConnections>(owner, connections, 0);
+    return new (std::nothrow) Enumerator<IEnumConnections, CONNECTDATA>(owner, connections, 0);
 }
 
 } // namespace tarn

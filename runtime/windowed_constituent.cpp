@@ -11,6 +11,7 @@
 #include "foundation/metrics.h"
 #include "foundation/trap.h"
 #include "runtime/ambient.h"
+#include "runtime/com_object.h"
 #include "runtime/module.h"
 #include "runtime/user_control.h"
 
@@ -133,27 +134,11 @@ void print_window(HWND w, HDC dc, int x, int y, const std::function<void(HDC)> &
 
 // Told by the font object when one of its properties changes, so the window gets the new
 // font at once. The constituent detaches it before it goes.
-class WindowedConstituent::FontWatch final : public IPropertyNotifySink {
+class WindowedConstituent::FontWatch final : public ComObject<IPropertyNotifySink> {
 public:
     explicit FontWatch(WindowedConstituent *owner) : owner_(owner) {}
     void detach() { owner_ = nullptr; }
 
-    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        *ppv = nullptr;
-        if (riid != IID_IUnknown && riid != IID_IPropertyNotifySink) return E_NOINTERFACE;
-        *ppv = static_cast<IPropertyNotifySink *>(this);
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&refs_)); }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        LONG r = InterlockedDecrement(&refs_);
-        if (r == 0) delete this;
-        return static_cast<ULONG>(r);
-    }
     STDMETHODIMP OnChanged(DISPID) override
     {
         if (owner_) step([&] { owner_->apply_font(); });
@@ -162,7 +147,6 @@ public:
     STDMETHODIMP OnRequestEdit(DISPID) override { return S_OK; }
 
 private:
-    LONG refs_ = 1;
     WindowedConstituent *owner_;
 };
 

@@ -1,5 +1,6 @@
 #include "server/class_factory.h"
 
+#include "runtime/com_object.h"
 #include "runtime/module.h"
 
 #include <new>
@@ -8,26 +9,10 @@ namespace tarn {
 
 namespace {
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public ComObject<IClassFactory> {
 public:
     explicit ClassFactory(const ControlClass &cls) : class_(cls) {}
 
-    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override
-    {
-        if (!ppv) return E_POINTER;
-        *ppv = nullptr;
-        if (riid != IID_IUnknown && riid != IID_IClassFactory) return E_NOINTERFACE;
-        *ppv = static_cast<IClassFactory *>(this);
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return InterlockedIncrement(&refs_); }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        LONG r = InterlockedDecrement(&refs_);
-        if (r == 0) delete this;
-        return r;
-    }
     STDMETHODIMP CreateInstance(IUnknown *outer, REFIID riid, void **ppv) override
     {
         if (!ppv) return E_POINTER;
@@ -49,7 +34,6 @@ public:
 
 private:
     module::ObjectCount count_;
-    LONG refs_ = 1;
     const ControlClass &class_;
 };
 
