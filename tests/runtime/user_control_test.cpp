@@ -15,20 +15,28 @@ namespace {
 
 constexpr wchar_t kProgId[] = L"TarnControls.cframe";
 
-ComPtr<IUnknown> create(const wchar_t *progid = kProgId)
+// A frame of its own, with no container.
+ComPtr<IUnknown> create()
 {
-    CLSID clsid;
     ComPtr<IUnknown> unk;
-    if (SUCCEEDED(CLSIDFromProgID(progid, &clsid)))
-        CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, unk.put_void());
+    CoCreateInstance(CLSID_cframe, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, unk.put_void());
     return unk;
+}
+
+// The interface a connection point serves; releases the reference the point came with.
+IID served_by(IConnectionPoint *point)
+{
+    IID iid{};
+    point->GetConnectionInterface(&iid);
+    point->Release();
+    return iid;
 }
 
 class RuntimeTest : public ControlTest {};
 
 } // namespace
 
-TEST_F(RuntimeTest, ConnectionPointsAdviseUnadviseAndRefuseWhatTheyCannotServe)
+TEST_F(RuntimeTest, ConnectionPointsAndTheirEnumeratorsServeCountAndRefuse)
 {
     Hosted &f = place(kProgId, {0, 0, 200, 29});
     ComPtr<IConnectionPointContainer> cpc = f.as<IConnectionPointContainer>(IID_IConnectionPointContainer);
@@ -62,25 +70,16 @@ TEST_F(RuntimeTest, ConnectionPointsAdviseUnadviseAndRefuseWhatTheyCannotServe)
     EXPECT_EQ(S_OK, cp->Unadvise(b_cookie));
     EXPECT_EQ(0u, a.detach()->Release()); // the point holds neither any more
     EXPECT_EQ(0u, b.detach()->Release());
-}
 
-TEST_F(RuntimeTest, EnumeratorsHandOutCountedReferences)
-{
-    Hosted &f = place(kProgId, {0, 0, 200, 29});
-    ComPtr<IConnectionPointContainer> cpc = f.as<IConnectionPointContainer>(IID_IConnectionPointContainer);
+    // The enumerators hand out counted references.
     ComPtr<IEnumConnectionPoints> points;
     ASSERT_EQ(S_OK, cpc->EnumConnectionPoints(points.put()));
     IConnectionPoint *got[3] = {};
     ULONG fetched = 99;
     EXPECT_EQ(S_FALSE, points->Next(3, got, &fetched)); // events and property notices
     ASSERT_EQ(2u, fetched);
-    IID first{}, second{};
-    got[0]->GetConnectionInterface(&first);
-    got[1]->GetConnectionInterface(&second);
-    EXPECT_EQ(DIID_IcframeEvents, first);
-    EXPECT_EQ(IID_IPropertyNotifySink, second);
-    got[0]->Release();
-    got[1]->Release();
+    EXPECT_EQ(DIID_IcframeEvents, served_by(got[0]));
+    EXPECT_EQ(IID_IPropertyNotifySink, served_by(got[1]));
     EXPECT_EQ(S_OK, points->Reset());
     EXPECT_EQ(S_FALSE, points->Skip(5));
     EXPECT_EQ(E_POINTER, points->Next(2, got, nullptr)); // more than one needs a count
@@ -90,13 +89,9 @@ TEST_F(RuntimeTest, EnumeratorsHandOutCountedReferences)
     ASSERT_EQ(S_OK, points->Clone(clone.put()));
     IConnectionPoint *one = nullptr;
     EXPECT_EQ(S_OK, clone->Next(1, &one, nullptr)); // the clone continues where the original was
-    IID iid{};
-    one->GetConnectionInterface(&iid);
-    EXPECT_EQ(IID_IPropertyNotifySink, iid);
-    one->Release();
+    EXPECT_EQ(IID_IPropertyNotifySink, served_by(one));
 
     // The sink list of a point: the container's own sinks, each reference counted.
-    ComPtr<IConnectionPoint> cp;
     cpc->FindConnectionPoint(IID_IPropertyNotifySink, cp.put());
     ComPtr<IEnumConnections> conns;
     ASSERT_EQ(S_OK, cp->EnumConnections(conns.put()));
@@ -206,14 +201,12 @@ TEST_F(RuntimeTest, QuickActivationSitesAndConnectsInOneCall)
     ComPtr<IOleClientSite> got;
     unk.as<IOleObject>(IID_IOleObject)->GetClientSite(got.put());
     EXPECT_EQ(static_cast<IOleClientSite *>(site.get()), got.get());
-    ComPtr<IDispatch> d = unk.as<IDispatch>(IID_IDispatch);
-    put_property(d.get(), L"CAPTION", Str(L"quick"));
+    put_property(unk.as<IDispatch>(IID_IDispatch).get(), L"CAPTION", Str(L"quick"));
     EXPECT_EQ(std::vector<std::wstring>{L"CAPTION"}, log.changes);
     QACONTAINER small{};
     small.cbSize = 4;
     EXPECT_EQ(E_INVALIDARG, quick->QuickActivate(&small, &qa));
     unk.as<IOleObject>(IID_IOleObject)->SetClientSite(nullptr);
-    d.reset();
     got.reset();
     quick.reset();
     EXPECT_EQ(0u, unk.detach()->Release());
@@ -237,9 +230,8 @@ TEST_F(RuntimeTest, TheStorageFormRoundTripsLikeTheStream)
     ComPtr<IUnknown> other = create();
     ComPtr<IPersistStorage> load = other.as<IPersistStorage>(IID_IPersistStorage);
     ASSERT_EQ(S_OK, load->Load(storage.get()));
-    ComPtr<IDispatch> d = other.as<IDispatch>(IID_IDispatch);
     Variant v;
-    get_property(d.get(), L"CAPTION", v);
+    get_property(other.as<IDispatch>(IID_IDispatch).get(), L"CAPTION", v);
     EXPECT_EQ(L"in a storage", as_string(v));
     EXPECT_EQ(E_UNEXPECTED, load->Load(storage.get()));
     // A storage without the control's stream: the control comes up with its defaults.
@@ -291,11 +283,8 @@ TEST_F(RuntimeTest, AmbientFontIsTheDefaultForRestoreAndSave)
 
 TEST(ClassFactory, RefusesUnknownClassesAndAggregationAndCountsLocks)
 {
+    create(); // loads the DLL
     HMODULE dll = GetModuleHandleW(L"tarnctls.dll");
-    if (!dll) {
-        create(); // loads it
-        dll = GetModuleHandleW(L"tarnctls.dll");
-    }
     ASSERT_TRUE(dll);
     auto get_class = reinterpret_cast<HRESULT(WINAPI *)(REFCLSID, REFIID, void **)>(GetProcAddress(dll, "DllGetClassObject"));
     ASSERT_TRUE(get_class);
