@@ -3,32 +3,31 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <tuple>
 
 using namespace tarn;
 
 namespace {
 
+// One value of each kind the encoding carries.
 PropImage sample()
 {
     PropImage image;
     image.extent_cx = 5292;
     image.extent_cy = 767;
-    PropEntry caption{u"CAPTION", {}};
-    caption.value.vt = 8; // VT_BSTR
-    caption.value.text = u"Gr\u00fc\u00dfe \u65e5\u672c";
-    PropEntry colour{u"BACKCOLOR", {}};
-    colour.value.vt = 3; // VT_I4
-    colour.value.bits = 0x8000000F;
-    PropEntry flag{u"ENABLED", {}};
-    flag.value.vt = 11; // VT_BOOL
-    flag.value.bits = 0xFFFF;
-    PropEntry font{u"FONT", {}};
-    font.value.vt = 13; // VT_UNKNOWN
-    font.value.clsid[0] = 0x42;
-    font.value.data = {1, 2, 3, 4, 5};
-    PropEntry empty{u"PICTURE", {}};
-    image.entries = {caption, colour, flag, font, empty};
+    // Each value: vt, scalar bits, text, class id, an object's bytes.
+    image.entries = {{u"CAPTION", {8, 0, u"Gr\u00fc\u00dfe \u65e5\u672c", {}, {}}}, // VT_BSTR beyond Latin-1
+                     {u"BACKCOLOR", {3, 0x8000000F, {}, {}, {}}},                  // VT_I4
+                     {u"ENABLED", {11, 0xFFFF, {}, {}, {}}},                       // VT_BOOL
+                     {u"FONT", {13, 0, {}, {0x42}, {1, 2, 3, 4, 5}}},               // VT_UNKNOWN
+                     {u"PICTURE", {}}};                                            // VT_EMPTY
     return image;
+}
+
+// Everything an entry carries, comparable and printable in one.
+auto fields(const PropEntry &e)
+{
+    return std::tie(e.key, e.value.vt, e.value.bits, e.value.text, e.value.clsid, e.value.data);
 }
 
 bool decode(const std::vector<uint8_t> &bytes, PropImage &out)
@@ -48,57 +47,46 @@ TEST(PropStream, RoundTripsEveryKindOfValue)
     EXPECT_EQ(in.extent_cx, out.extent_cx);
     EXPECT_EQ(in.extent_cy, out.extent_cy);
     ASSERT_EQ(in.entries.size(), out.entries.size());
-    for (size_t i = 0; i < in.entries.size(); ++i) {
-        EXPECT_EQ(in.entries[i].key, out.entries[i].key);
-        EXPECT_EQ(in.entries[i].value.vt, out.entries[i].value.vt);
-        EXPECT_EQ(in.entries[i].value.bits, out.entries[i].value.bits);
-        EXPECT_EQ(in.entries[i].value.text, out.entries[i].value.text);
-        EXPECT_EQ(in.entries[i].value.clsid, out.entries[i].value.clsid);
-        EXPECT_EQ(in.entries[i].value.data, out.entries[i].value.data);
-    }
+    for (size_t i = 0; i < in.entries.size(); ++i) EXPECT_EQ(fields(in.entries[i]), fields(out.entries[i]));
 }
 
 TEST(PropStream, TruncatedBodyKeepsTheEntriesBeforeTheCut)
 {
-    std::vector<uint8_t> bytes = EncodePropImage(sample());
-    // Cut inside the third entry: the first two survive, nothing is invented.
+    const PropImage in = sample();
+    std::vector<uint8_t> bytes = EncodePropImage(in);
+    // Cut anywhere: what survives is a prefix of what was written, nothing is invented.
     for (size_t cut = kPropStreamHeaderSize; cut < bytes.size(); ++cut) {
+        SCOPED_TRACE(cut);
         PropImage out;
-        std::vector<uint8_t> part(bytes.begin(), bytes.begin() + static_cast<long>(cut));
-        decode(part, out);
-        EXPECT_LE(out.entries.size(), 5u);
-        for (const PropEntry &e : out.entries) EXPECT_FALSE(e.key.empty());
+        decode(std::vector<uint8_t>(bytes.begin(), bytes.begin() + static_cast<long>(cut)), out);
+        ASSERT_LT(out.entries.size(), in.entries.size());
+        for (size_t i = 0; i < out.entries.size(); ++i) EXPECT_EQ(fields(in.entries[i]), fields(out.entries[i]));
     }
 }
 
-TEST(PropStream, RefusesWhatIsNotOurs)
+TEST(PropStream, RefusesHeadersThatAreNotOursAndStopsAtBodiesThatLie)
 {
-    PropImage out;
-    uint32_t body = 0;
-    std::vector<uint8_t> bytes = EncodePropImage(sample());
-    std::vector<uint8_t> wrong_magic = bytes;
+    const std::vector<uint8_t> good = EncodePropImage(sample());
+    std::vector<uint8_t> wrong_magic = good, newer = good, huge = good;
     wrong_magic[0] = 'X';
-    EXPECT_FALSE(DecodePropHeader(wrong_magic.data(), wrong_magic.size(), body, out));
-    std::vector<uint8_t> newer = bytes;
-    newer[4] = static_cast<uint8_t>(kPropStreamVersion + 1);
-    EXPECT_FALSE(DecodePropHeader(newer.data(), newer.size(), body, out));
-    EXPECT_FALSE(DecodePropHeader(bytes.data(), 10, body, out));
-    std::vector<uint8_t> huge = bytes;
+    newer[4] = kPropStreamVersion + 1;
     const uint32_t claim = kPropStreamMaxBody + 1;
     std::memcpy(&huge[8], &claim, 4);
-    EXPECT_FALSE(DecodePropHeader(huge.data(), huge.size(), body, out));
-}
-
-TEST(PropStream, GarbageBodiesNeverReadPastTheirEnd)
-{
-    // Lengths that claim more than the body holds stop the decoder; it keeps what it read.
-    std::vector<uint8_t> body = {2, 0, 0, 0,             // two entries
-                                 1, 0, 'A', 0, 8, 0,     // key "A", VT_BSTR
-                                 0xFF, 0xFF, 0xFF, 0x7F}; // a string of 2^31 characters
     PropImage out;
-    EXPECT_TRUE(DecodePropBody(body.data(), body.size(), out));
-    EXPECT_TRUE(out.entries.empty());
-    std::vector<uint8_t> unknown_type = {1, 0, 0, 0, 1, 0, 'B', 0, 0x44, 0x44};
-    EXPECT_TRUE(DecodePropBody(unknown_type.data(), unknown_type.size(), out));
-    EXPECT_TRUE(out.entries.empty());
+    uint32_t body = 0;
+    EXPECT_FALSE(DecodePropHeader(wrong_magic.data(), wrong_magic.size(), body, out));
+    EXPECT_FALSE(DecodePropHeader(newer.data(), newer.size(), body, out));
+    EXPECT_FALSE(DecodePropHeader(good.data(), 10, body, out));
+    EXPECT_FALSE(DecodePropHeader(huge.data(), huge.size(), body, out));
+
+    // Lengths that claim more than the body holds stop the decoder; it keeps what it read.
+    const std::vector<std::vector<uint8_t>> bodies = {
+        {2, 0, 0, 0, 1, 0, 'A', 0, 8, 0, 0xFF, 0xFF, 0xFF, 0x7F}, // two entries; "A": a VT_BSTR of 2^31 characters
+        {1, 0, 0, 0, 1, 0, 'B', 0, 0x44, 0x44},                  // one entry; "B": a type never defined
+    };
+    for (const auto &bytes : bodies) {
+        PropImage kept;
+        EXPECT_TRUE(DecodePropBody(bytes.data(), bytes.size(), kept));
+        EXPECT_TRUE(kept.entries.empty());
+    }
 }
