@@ -4,8 +4,7 @@
 // destroy windows run on the hook table itself, in the foundation tests.)
 #include <gtest/gtest.h>
 
-#include "support/control_test.h"
-#include "support/test_windows.h"
+#include "service_test.h"
 
 using namespace tarn;
 using namespace tarn::test;
@@ -14,19 +13,8 @@ namespace {
 
 constexpr wchar_t kProgId[] = L"TarnControls.Subclass";
 
-class SubclassTest : public ControlTest {
+class SubclassTest : public ServiceTest {
 protected:
-    // Destroying the windows first ends their hooks, so the container's release is the last.
-    void TearDown() override
-    {
-        for (HWND w : windows_) DestroyWindow(w);
-        ControlTest::TearDown();
-    }
-    HWND window()
-    {
-        windows_.push_back(make_window());
-        return windows_.back();
-    }
     Hosted &hook(HWND w, UINT watched = kWatched)
     {
         Hosted &s = place(kProgId, {0, 0, 0, 0});
@@ -35,7 +23,6 @@ protected:
         return s;
     }
     bool watches(Hosted &s, int32_t msg) { return as_integer(s.get(L"Messages", {I4(msg)})) != 0; }
-    std::vector<HWND> windows_;
 };
 
 } // namespace

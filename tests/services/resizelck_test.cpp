@@ -3,9 +3,7 @@
 // design-time icon, and a form and a lock that go in either order.
 #include <gtest/gtest.h>
 
-#include "design_icon.h"
-#include "support/control_test.h"
-#include "support/test_windows.h"
+#include "service_test.h"
 
 using namespace tarn;
 using namespace tarn::test;
