@@ -91,25 +91,16 @@ TEST_F(MenuTextTest, EachMenuSelectRaisesMenuTextWithTheCaptionItsFlagsCallFor)
     }
 }
 
-TEST_F(MenuTextTest, MenuMessagesStopHereAndEveryOtherGoesToTheWindow)
-{
-    HWND w = window();
-    Hosted &m = reporter(w);
-    EXPECT_EQ(4242 + 6, SendMessageW(w, kAsk, 6, 0));
-    // WM_MENUCHAR is answered 0 here (and reported with no highlight: an empty caption).
-    EXPECT_EQ(0, SendMessageW(w, WM_MENUCHAR, MAKEWPARAM('x', MF_POPUP), reinterpret_cast<LPARAM>(menus.file)));
-    EXPECT_EQ(std::vector<std::wstring>{L"MENUTEXT:"}, texts(m));
-}
-
-TEST_F(MenuTextTest, UnSubClassPutsBackExactlyWhatWasThereEvenAfterTwoSubclasses)
+TEST_F(MenuTextTest, MenuMessagesStopHereOthersGoOnAndUnSubClassPutsBackWhatWasThere)
 {
     HWND w = window();
     LONG_PTR own = proc_of(w);
     Hosted &m = reporter(w);
     m.call(L"Subclass"); // the same window again: no loop
-    EXPECT_EQ(4242, SendMessageW(w, kAsk, 0, 0));
-    select(w, kOpen, MF_HILITE, menus.file);
-    EXPECT_EQ(kOpened, texts(m));
+    EXPECT_EQ(4242 + 6, SendMessageW(w, kAsk, 6, 0));
+    // WM_MENUCHAR is answered 0 here (and reported with no highlight: an empty caption).
+    EXPECT_EQ(0, SendMessageW(w, WM_MENUCHAR, MAKEWPARAM('x', MF_POPUP), reinterpret_cast<LPARAM>(menus.file)));
+    EXPECT_EQ(std::vector<std::wstring>{L"MENUTEXT:"}, texts(m));
     m.call(L"UnSubClass");
     EXPECT_EQ(own, proc_of(w));
     m.call(L"UnSubClass"); // again: nothing stored, nothing done
