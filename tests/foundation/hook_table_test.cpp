@@ -3,7 +3,6 @@
 // while it dispatches (run under AddressSanitizer natively: a released owner touched later fails).
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
 #include <map>
 #include <set>
@@ -98,12 +97,6 @@ protected:
         held_.push_back(new FakeOwner(std::move(watched), answer));
         return held_.back();
     }
-    // Drops the test's reference now, leaving the table's the only one.
-    void drop(FakeOwner *o)
-    {
-        held_.erase(std::find(held_.begin(), held_.end(), o));
-        o->HookRelease();
-    }
     FakeProcs procs;
     HookTable table;
     std::vector<FakeOwner *> held_;
@@ -150,7 +143,8 @@ TEST_F(HookTableTest, NcDestroyEndsTheHookWhetherTheOwnerWatchesItOrNot)
     // Not watched: passed on to the saved procedure, and the table's reference was the last.
     FakeOwner *o = owner();
     table.Hook(procs, 1, o, kShared);
-    drop(o);
+    held_.pop_back(); // the test lets go: the table's reference is the only one
+    o->HookRelease();
     EXPECT_EQ(static_cast<HookResult>(0x1000 + kMsgNcDestroy), table.Dispatch(procs, 1, kMsgNcDestroy, 0, 0));
     EXPECT_EQ(1u, procs.calls.size());
     EXPECT_EQ(0u, table.count());
@@ -168,7 +162,8 @@ TEST_F(HookTableTest, AnOwnerThatUnhooksItselfInItsHandlerLivesUntilTheMessageIs
 {
     FakeOwner *o = owner({5}, 55);
     table.Hook(procs, 1, o, kShared);
-    drop(o);
+    held_.pop_back();
+    o->HookRelease();
     // The table's reference is the last one: unhooking inside the handler must not end the
     // owner while it is still answering (ASan reports the use otherwise).
     o->on_message = [&] {

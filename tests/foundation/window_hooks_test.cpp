@@ -79,16 +79,16 @@ TEST(WindowHooks, AHookIsTheSharedProcedureAndUnhookingPutsBackExactlyWhatWasThe
 TEST(WindowHooks, DestroyingWindowsInAnyOrderEndsEveryHook)
 {
     // A hooked parent with hooked children: destroying the parent destroys them all.
-    Owner parent_owner, child_owner[3];
+    Owner owners[4];
     HWND parent = make_window();
-    parent_owner.hook(parent);
-    for (Owner &c : child_owner) c.hook(make_window(parent));
+    owners[0].hook(parent);
+    for (int i = 1; i < 4; ++i) owners[i].hook(make_window(parent));
     EXPECT_EQ(4u, ThreadHookTable().count());
     DestroyWindow(parent);
     EXPECT_EQ(0u, ThreadHookTable().count());
-    for (Owner *o : {&parent_owner, &child_owner[0], &child_owner[1], &child_owner[2]}) {
-        EXPECT_EQ(0, o->refs);
-        EXPECT_EQ(1, o->gone);
+    for (Owner &o : owners) {
+        EXPECT_EQ(0, o.refs);
+        EXPECT_EQ(1, o.gone);
     }
     // Children first, then the parent; and one owner on several windows.
     Owner shared;
