@@ -203,14 +203,11 @@ TEST_F(HookTableTest, HandlersMayHookAndUnhookOtherWindowsWhileAMessageIsDispatc
 TEST_F(HookTableTest, WindowsThatCannotBeHookedLeaveNoEntryAndNoReference)
 {
     FakeOwner *o = owner();
-    EXPECT_FALSE(table.Hook(procs, 0, o, kShared));  // no window
-    EXPECT_FALSE(table.Hook(procs, 77, o, kShared)); // no such window
-    procs.foreign = {3};
-    EXPECT_FALSE(table.Hook(procs, 3, o, kShared)); // another thread's
-    procs.refuse_set = {4};
-    EXPECT_FALSE(table.Hook(procs, 4, o, kShared)); // the platform refuses the procedure
+    procs.foreign = {3};      // another thread's
+    procs.refuse_set = {4};   // the platform refuses the procedure
     procs.slots[2] = kShared; // carries the shared procedure already
-    EXPECT_FALSE(table.Hook(procs, 2, o, kShared));
+    // No window, no such window, and those three.
+    for (WindowId w : {0, 77, 3, 4, 2}) EXPECT_FALSE(table.Hook(procs, w, o, kShared)) << w;
     EXPECT_FALSE(table.Hook(procs, 1, nullptr, kShared));
     EXPECT_EQ(0u, table.count());
     // A refused hook of a window already hooked still unhooks it first.

@@ -74,13 +74,10 @@ TEST(Colors, TranslateColorResolvesSystemColoursAndRefusesTheInvalid)
     EXPECT_EQ(GetSysColor(COLOR_WINDOW), BlendColors(0x80000005, 0x80000008, 255));
 }
 
-using test::FakeMachineKey;
-constexpr const wchar_t *kWindows = test::kWindowsKey;
-constexpr const wchar_t *kNt = test::kWindowsNtKey;
-
 TEST(Version, VersionNumberFirstThenTheNtCurrentVersionAndOnlyStringsThatFit)
 {
-    FakeMachineKey machine;
+    test::FakeMachineKey machine;
+    const wchar_t *const kNt = test::kWindowsNtKey, *const kWindows = test::kWindowsKey;
     EXPECT_EQ(L"", WindowsVersion());
     machine.set(kNt, L"CurrentVersion", L"6.1");
     EXPECT_EQ(L"6.1", WindowsVersion());

@@ -83,11 +83,10 @@ Library library()
     return lib;
 }
 
-// Whether `key` is there (in the registry view `view`: the other architecture's, or the own).
-bool exists(HKEY root, const std::wstring &key, REGSAM view = 0)
+bool exists(HKEY root, const std::wstring &key)
 {
     HKEY k = nullptr;
-    if (RegOpenKeyExW(root, key.c_str(), 0, KEY_READ | view, &k) != ERROR_SUCCESS) return false;
+    if (RegOpenKeyExW(root, key.c_str(), 0, KEY_READ, &k) != ERROR_SUCCESS) return false;
     RegCloseKey(k);
     return true;
 }
@@ -157,39 +156,32 @@ TEST(Registration, PublicControlsCarryWhatToolboxesLookForAndPrivateOnesDoNot)
     EXPECT_FALSE(exists(HKEY_CLASSES_ROOT, hook + L"\\Control"));
 }
 
-TEST(Registration, PerMachineRegistersAndUnregistersEveryKey)
+TEST(Registration, PerMachineAndPerUserWriteEveryKeyAndUnregisteringLeavesNone)
 {
     Library lib = library();
     ASSERT_FALSE(lib.classes.empty());
-    ASSERT_EQ(0u, regsvr32(L"/u"));
-    const REGSAM other_view = sizeof(void *) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
-    for (const auto &[name, clsid] : lib.classes) {
-        const std::wstring key = L"CLSID\\" + guid_text(clsid);
-        EXPECT_FALSE(exists(HKEY_CLASSES_ROOT, key)) << test::narrow(name);
-        // The ProgIDs are shared with the other architecture's build and stay while it is registered.
-        if (!exists(HKEY_CLASSES_ROOT, key, other_view)) {
-            EXPECT_FALSE(exists(HKEY_CLASSES_ROOT, L"TarnControls." + name));
-        }
-    }
-    EXPECT_FALSE(exists(HKEY_CLASSES_ROOT, L"TypeLib\\" + guid_text(LIBID_TarnControls) + L"\\1.0\\0\\" + kPlatform));
-    ASSERT_EQ(0u, regsvr32(L""));
-    expect_registered(HKEY_CLASSES_ROOT, lib);
-}
-
-TEST(Registration, PerUserWritesUnderTheUsersClassesAndRemovesThemAll)
-{
-    HKEY classes = nullptr;
+    HKEY machine = nullptr, user = nullptr;
+    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Classes", 0, KEY_READ, &machine));
     ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS,
-                                             nullptr, &classes, nullptr));
-    unique_hkey root(classes);
-    std::set<std::wstring> before, after;
-    collect(root.get(), L"", before);
-    ASSERT_EQ(0u, regsvr32(L"/n /i:user"));
-    expect_registered(root.get(), library());
-    ASSERT_EQ(0u, regsvr32(L"/u /n /i:user"));
-    collect(root.get(), L"", after);
-    for (const std::wstring &k : after)
-        EXPECT_TRUE(before.count(k)) << "left behind: HKCU\\Software\\Classes\\" << test::narrow(k);
+                                             nullptr, &user, nullptr));
+    unique_hkey held_machine(machine), held_user(user);
+    // Where the keys are read from, the tree compared before and after, and the switches.
+    struct Mode {
+        HKEY root, tree;
+        const wchar_t *on, *off;
+    } modes[] = {{HKEY_CLASSES_ROOT, machine, L"", L"/u"}, {user, user, L"/n /i:user", L"/u /n /i:user"}};
+    for (const Mode &m : modes) {
+        SCOPED_TRACE(test::narrow(m.off));
+        regsvr32(m.off); // from nothing registered this way (the fixture registered per machine)
+        std::set<std::wstring> before, after;
+        collect(m.tree, L"", before);
+        ASSERT_EQ(0u, regsvr32(m.on));
+        expect_registered(m.root, lib);
+        ASSERT_EQ(0u, regsvr32(m.off));
+        collect(m.tree, L"", after);
+        for (const std::wstring &k : after) EXPECT_TRUE(before.count(k)) << "left behind: " << test::narrow(k);
+    }
+    ASSERT_EQ(0u, regsvr32(L"")); // the other tests use the machine's registration
 }
 
 // A client with an application manifest naming the tarnctls assembly, with the DLL and the
