@@ -125,19 +125,15 @@ TEST(WindowHooks, EachThreadHasATableOfItsOwn)
     Owner here;
     HWND mine = make_window();
     here.hook(mine);
-    size_t there_count = 0;
-    LRESULT there_answer = 0;
-    std::thread([&] {
+    std::thread([] {
         Owner there;
         there.answer = 31;
         HWND theirs = make_window();
         there.hook(theirs);
-        there_count = ThreadHookTable().count();
-        there_answer = SendMessageW(theirs, kWatched, 0, 0);
+        EXPECT_EQ(1u, ThreadHookTable().count());
+        EXPECT_EQ(31, SendMessageW(theirs, kWatched, 0, 0));
         DestroyWindow(theirs);
     }).join();
-    EXPECT_EQ(1u, there_count);
-    EXPECT_EQ(31, there_answer);
     EXPECT_EQ(1u, ThreadHookTable().count());
     DestroyWindow(mine);
 }

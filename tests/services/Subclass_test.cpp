@@ -61,31 +61,24 @@ TEST_F(SubclassTest, MessagesKeepsAListWithoutDuplicatesAndARemovedMessagePasses
     EXPECT_TRUE(s.log().events.empty());
 }
 
-TEST_F(SubclassTest, CallWndProcHandsAMessageToThePreviousProcedure)
-{
-    HWND w = window();
-    Hosted &s = hook(w, kAsk);
-    // The handler passes the message on itself and adds one to the answer.
-    s.log().on_event = [&](const std::wstring &, DISPPARAMS *p) {
-        LONG_PTR own = static_cast<LONG_PTR>(as_integer(s.call(L"CallWndProc", {I4(kAsk), I4(10), I4(0)})));
-        set_long_ptr(p->rgvarg[0], own + 1);
-    };
-    EXPECT_EQ(4242 + 10 + 1, SendMessageW(w, kAsk, 0, 0));
-    EXPECT_EQ(4242 + 7, as_integer(s.call(L"CallWndProc", {I4(kAsk), I4(7), I4(0)})));
-    s.put(L"hwnd", handle(nullptr));
-    EXPECT_EQ(0, as_integer(s.call(L"CallWndProc", {I4(kAsk), I4(7), I4(0)}))); // nothing hooked
-}
-
-TEST_F(SubclassTest, ANewHwndMovesTheHookAndZeroEndsIt)
+TEST_F(SubclassTest, CallWndProcReachesThePreviousProcedureOfTheWindowHookedNow)
 {
     HWND w = window(), v = window();
     LONG_PTR own = proc_of(w);
-    Hosted &s = hook(w);
+    Hosted &s = hook(w, kAsk);
+    // The handler passes the message on itself and adds one to the answer.
+    s.log().on_event = [&](const std::wstring &, DISPPARAMS *p) {
+        LONG_PTR passed = static_cast<LONG_PTR>(as_integer(s.call(L"CallWndProc", {I4(kAsk), I4(10), I4(0)})));
+        set_long_ptr(p->rgvarg[0], passed + 1);
+    };
+    EXPECT_EQ(4242 + 10 + 1, SendMessageW(w, kAsk, 0, 0));
+    EXPECT_EQ(4242 + 7, as_integer(s.call(L"CallWndProc", {I4(kAsk), I4(7), I4(0)})));
     s.put(L"hwnd", handle(v)); // straight from one window to another: the first is let go
     EXPECT_EQ(own, proc_of(w));
     EXPECT_NE(own, proc_of(v));
     s.put(L"hwnd", handle(nullptr));
     EXPECT_EQ(own, proc_of(v));
+    EXPECT_EQ(0, as_integer(s.call(L"CallWndProc", {I4(kAsk), I4(7), I4(0)}))); // nothing hooked
 }
 
 TEST_F(SubclassTest, TheTableKeepsAnOwnerAliveUntilItsWindowIsDestroyed)

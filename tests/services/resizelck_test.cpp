@@ -89,8 +89,7 @@ TEST_F(ResizeLockTest, AFormWithALockAnswersMinimum200By200UntilTheLockCloses)
     SetWindowPos(form.hwnd(), nullptr, 0, 0, 50, 60, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     RECT r{};
     GetWindowRect(form.hwnd(), &r);
-    EXPECT_EQ(200, r.right - r.left);
-    EXPECT_EQ(200, r.bottom - r.top);
+    EXPECT_EQ(Point(200, 200), Point(r.right - r.left, r.bottom - r.top));
     // Closing the lock gives the form its own procedure back.
     close(l);
     EXPECT_EQ(own, proc_of(form.hwnd()));
@@ -113,12 +112,10 @@ TEST_F(ResizeLockTest, MaximaAreTheScreensSizeWithoutHasMaxSizeAndNeverBelowTheM
     LONG width = 300;
     EXPECT_EQ(S_OK, put_by_reference(l, L"MaxWidth", VT_I4, &width));
     EXPECT_EQ(400, width);
-    VARIANT script_variable;
-    V_VT(&script_variable) = VT_I2;
-    V_I2(&script_variable) = 300;
-    EXPECT_EQ(S_OK, put_by_reference(l, L"MaxWidth", VT_VARIANT, &script_variable));
-    EXPECT_EQ(VT_I2, V_VT(&script_variable));
-    EXPECT_EQ(400, V_I2(&script_variable));
+    Variant script_variable = I2(300);
+    EXPECT_EQ(S_OK, put_by_reference(l, L"MaxWidth", VT_VARIANT, script_variable.get()));
+    EXPECT_EQ(VT_I2, script_variable.vt());
+    EXPECT_EQ(400, as_integer(script_variable));
     double real = 250.4;
     EXPECT_EQ(S_OK, put_by_reference(l, L"MaxWidth", VT_R8, &real));
     EXPECT_EQ(400.0, real);
