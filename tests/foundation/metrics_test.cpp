@@ -19,19 +19,12 @@ using namespace tarn;
 TEST(Metrics, TheRecordIsZeroUntilTheThreadsFirstRefresh)
 {
     // A thread of its own: the test thread may have refreshed its record already.
-    uint32_t first_word = 99, after = 0;
-    int32_t offset_before = 0, offset_after = 0;
-    std::thread t([&] {
-        first_word = ThreadMetrics().nonclient.cbSize;
-        offset_before = MetricOffset(); // reads the record before ScaledMetric refreshes it
-        after = ThreadMetrics().nonclient.cbSize;
-        offset_after = MetricOffset();
-    });
-    t.join();
-    EXPECT_EQ(0u, first_word);
-    EXPECT_EQ(-315, offset_before);
-    EXPECT_EQ(340u, after);
-    EXPECT_EQ(25, offset_after);
+    std::thread([] {
+        EXPECT_EQ(0u, ThreadMetrics().nonclient.cbSize);
+        EXPECT_EQ(-315, MetricOffset()); // reads the record before ScaledMetric refreshes it
+        EXPECT_EQ(340u, ThreadMetrics().nonclient.cbSize);
+        EXPECT_EQ(25, MetricOffset());
+    }).join();
 }
 
 TEST(Metrics, ScaledMetricConvertsPixelsToTwipsHalvesToEven)

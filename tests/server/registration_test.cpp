@@ -59,30 +59,6 @@ DWORD regsvr32(const std::wstring &switches)
     return run(L"regsvr32.exe /s " + switches + L" \"" + dll_path() + L"\"");
 }
 
-struct Library {
-    std::vector<std::pair<std::wstring, GUID>> classes; // name, clsid
-    std::vector<GUID> dispatch_interfaces;
-};
-
-Library library()
-{
-    Library lib;
-    ComPtr<ITypeLib> tl;
-    EXPECT_EQ(S_OK, LoadTypeLibEx(dll_path().c_str(), REGKIND_NONE, tl.put()));
-    for (UINT i = 0; tl && i < tl->GetTypeInfoCount(); ++i) {
-        ComPtr<ITypeInfo> info;
-        tl->GetTypeInfo(i, info.put());
-        TYPEATTR *ta = nullptr;
-        info->GetTypeAttr(&ta);
-        Bstr name;
-        tl->GetDocumentation(static_cast<INT>(i), name.put(), nullptr, nullptr, nullptr);
-        if (ta->typekind == TKIND_COCLASS) lib.classes.push_back({name.str(), ta->guid});
-        if (ta->typekind == TKIND_DISPATCH) lib.dispatch_interfaces.push_back(ta->guid);
-        info->ReleaseTypeAttr(ta);
-    }
-    return lib;
-}
-
 bool exists(HKEY root, const std::wstring &key)
 {
     HKEY k = nullptr;
@@ -116,24 +92,43 @@ void collect(HKEY root, const std::wstring &key, std::set<std::wstring> &out)
 
 const wchar_t *const kPlatform = sizeof(void *) == 8 ? L"win64" : L"win32";
 
-void expect_registered(HKEY root, const Library &lib)
+// Under `root`: every coclass of the DLL's type library with its CLSID keys and ProgIDs, the
+// type library itself and its dispatch interfaces.
+void expect_registered(HKEY root)
 {
     const std::wstring path = dll_path();
-    for (const auto &[name, clsid] : lib.classes) {
-        const std::wstring key = L"CLSID\\" + guid_text(clsid), progid = L"TarnControls." + name;
-        EXPECT_EQ(path, value(root, key + L"\\InprocServer32")) << test::narrow(name);
+    ComPtr<ITypeLib> tl;
+    ASSERT_EQ(S_OK, LoadTypeLibEx(path.c_str(), REGKIND_NONE, tl.put()));
+    int classes = 0;
+    for (UINT i = 0; i < tl->GetTypeInfoCount(); ++i) {
+        ComPtr<ITypeInfo> info;
+        TYPEATTR *ta = nullptr;
+        ASSERT_EQ(S_OK, tl->GetTypeInfo(i, info.put()));
+        ASSERT_EQ(S_OK, info->GetTypeAttr(&ta));
+        const GUID guid = ta->guid;
+        const TYPEKIND kind = ta->typekind;
+        info->ReleaseTypeAttr(ta);
+        if (kind == TKIND_DISPATCH) {
+            EXPECT_TRUE(exists(root, L"Interface\\" + guid_text(guid)));
+        }
+        if (kind != TKIND_COCLASS) continue;
+        ++classes;
+        Bstr name;
+        tl->GetDocumentation(static_cast<INT>(i), name.put(), nullptr, nullptr, nullptr);
+        const std::wstring key = L"CLSID\\" + guid_text(guid), progid = L"TarnControls." + name.str();
+        EXPECT_EQ(path, value(root, key + L"\\InprocServer32")) << test::narrow(name.str());
         EXPECT_EQ(L"Apartment", value(root, key + L"\\InprocServer32", L"ThreadingModel"));
         EXPECT_EQ(progid + L".1", value(root, key + L"\\ProgID"));
         EXPECT_EQ(progid, value(root, key + L"\\VersionIndependentProgID"));
         EXPECT_EQ(guid_text(LIBID_TarnControls), value(root, key + L"\\TypeLib"));
         EXPECT_EQ(L"1.0", value(root, key + L"\\Version"));
         EXPECT_NE(L"<none>", value(root, key + L"\\MiscStatus\\1"));
-        EXPECT_EQ(guid_text(clsid), value(root, progid + L"\\CLSID"));
+        EXPECT_EQ(guid_text(guid), value(root, progid + L"\\CLSID"));
         EXPECT_EQ(progid + L".1", value(root, progid + L"\\CurVer"));
-        EXPECT_EQ(guid_text(clsid), value(root, progid + L".1\\CLSID"));
+        EXPECT_EQ(guid_text(guid), value(root, progid + L".1\\CLSID"));
     }
+    EXPECT_LT(0, classes);
     EXPECT_EQ(path, value(root, L"TypeLib\\" + guid_text(LIBID_TarnControls) + L"\\1.0\\0\\" + kPlatform));
-    for (const GUID &iid : lib.dispatch_interfaces) EXPECT_TRUE(exists(root, L"Interface\\" + guid_text(iid)));
 }
 
 } // namespace
@@ -158,8 +153,6 @@ TEST(Registration, PublicControlsCarryWhatToolboxesLookForAndPrivateOnesDoNot)
 
 TEST(Registration, PerMachineAndPerUserWriteEveryKeyAndUnregisteringLeavesNone)
 {
-    Library lib = library();
-    ASSERT_FALSE(lib.classes.empty());
     HKEY machine = nullptr, user = nullptr;
     ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Classes", 0, KEY_READ, &machine));
     ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS,
@@ -176,7 +169,7 @@ TEST(Registration, PerMachineAndPerUserWriteEveryKeyAndUnregisteringLeavesNone)
         std::set<std::wstring> before, after;
         collect(m.tree, L"", before);
         ASSERT_EQ(0u, regsvr32(m.on));
-        expect_registered(m.root, lib);
+        expect_registered(m.root);
         ASSERT_EQ(0u, regsvr32(m.off));
         collect(m.tree, L"", after);
         for (const std::wstring &k : after) EXPECT_TRUE(before.count(k)) << "left behind: " << test::narrow(k);

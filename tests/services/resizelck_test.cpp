@@ -43,16 +43,13 @@ MINMAXINFO ask(HWND form)
     return info;
 }
 
-// A property write by reference, as hosts pass their variables (of type `vt`).
-HRESULT put_by_reference(Hosted &h, const wchar_t *name, VARTYPE vt, void *variable)
+// A host's variable of type `vt`, passed by reference as hosts pass variables to properties.
+Variant by_ref(VARTYPE vt, void *variable)
 {
-    VARIANT arg;
-    V_VT(&arg) = vt | VT_BYREF;
-    V_BYREF(&arg) = variable;
-    DISPID named = DISPID_PROPERTYPUT;
-    DISPPARAMS params{&arg, &named, 1, 1};
-    return h.dispatch()->Invoke(dispid_of(h.dispatch(), name), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT,
-                                &params, nullptr, nullptr, nullptr);
+    Variant v;
+    V_VT(v.put()) = vt | VT_BYREF;
+    V_BYREF(v.get()) = variable;
+    return v;
 }
 
 class ResizeLockTest : public ControlTest {
@@ -101,7 +98,7 @@ TEST_F(ResizeLockTest, MaximaAreTheScreensSizeWithoutHasMaxSizeAndNeverBelowTheM
     Hosted &l = lock();
     // Without HasMaxSize a maximum is ignored, its variable left as it was.
     LONG height = 300;
-    EXPECT_EQ(S_OK, put_by_reference(l, L"MaxHeight", VT_I4, &height));
+    EXPECT_EQ(S_OK, l.put(L"MaxHeight", by_ref(VT_I4, &height)));
     EXPECT_EQ(300, height);
     EXPECT_EQ(screen.cy, read(l, L"MaxHeight"));
     // With it, a maximum below its minimum is raised, in the caller's variable too: a VB Long,
@@ -110,14 +107,14 @@ TEST_F(ResizeLockTest, MaximaAreTheScreensSizeWithoutHasMaxSizeAndNeverBelowTheM
     l.put(L"MinWidth", I4(400));
     l.put(L"MinHeight", I4(250));
     LONG width = 300;
-    EXPECT_EQ(S_OK, put_by_reference(l, L"MaxWidth", VT_I4, &width));
+    EXPECT_EQ(S_OK, l.put(L"MaxWidth", by_ref(VT_I4, &width)));
     EXPECT_EQ(400, width);
     Variant script_variable = I2(300);
-    EXPECT_EQ(S_OK, put_by_reference(l, L"MaxWidth", VT_VARIANT, script_variable.get()));
+    EXPECT_EQ(S_OK, l.put(L"MaxWidth", by_ref(VT_VARIANT, script_variable.get())));
     EXPECT_EQ(VT_I2, script_variable.vt());
     EXPECT_EQ(400, as_integer(script_variable));
     double real = 250.4;
-    EXPECT_EQ(S_OK, put_by_reference(l, L"MaxWidth", VT_R8, &real));
+    EXPECT_EQ(S_OK, l.put(L"MaxWidth", by_ref(VT_R8, &real)));
     EXPECT_EQ(400.0, real);
     l.put(L"MaxHeight", I4(600));
     MINMAXINFO info = ask(form.hwnd());
