@@ -24,7 +24,7 @@ using ProcCall = std::tuple<ProcAddress, WindowId, std::uint32_t, std::uintptr_t
 // their own address plus the message, so a test can tell who answered.
 class FakeProcs final : public WindowProcs {
 public:
-    std::map<WindowId, ProcAddress> slots;
+    std::map<WindowId, ProcAddress> slots{{1, 0x1000}, {2, 0x2000}, {3, 0x3000}, {4, 0x4000}}; // their own procedures
     std::set<WindowId> foreign; // windows of another thread
     std::set<WindowId> refuse_set;
     std::vector<ProcCall> calls;
@@ -79,11 +79,7 @@ public:
 
 class HookTableTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        FakeOwner::alive = 0;
-        for (WindowId w : {1, 2, 3, 4}) procs.slots[w] = 0x1000 * w; // each window's own procedure
-    }
+    void SetUp() override { FakeOwner::alive = 0; }
     // Every test ends with its windows unhooked and its own references dropped: an owner still
     // alive then is a reference the table kept.
     void TearDown() override
@@ -106,7 +102,7 @@ protected:
 
 TEST_F(HookTableTest, AHookSavesTheWindowsOwnProcedureEvenWhenAnotherOwnerHooksAgain)
 {
-    FakeOwner *a = owner(), *b = owner();
+    FakeOwner *a = owner({36}), *b = owner({36}, -5);
     EXPECT_TRUE(table.Hook(procs, 2, a, kShared));
     EXPECT_EQ(kShared, procs.slots[2]);
     EXPECT_EQ(2, a->refs); // the table counts its reference
@@ -117,25 +113,21 @@ TEST_F(HookTableTest, AHookSavesTheWindowsOwnProcedureEvenWhenAnotherOwnerHooksA
     EXPECT_EQ(b, table.entry(1).owner.get());
     EXPECT_EQ(0x2000u, table.entry(1).previous);
     EXPECT_EQ(1, a->refs);
-    // Unhooking puts exactly that procedure back, once.
+    // The owner alone answers what it watches; the rest goes whole to the saved procedure.
+    EXPECT_EQ(-5, table.Dispatch(procs, 2, 36, 11, 22));
+    const std::uintptr_t wide_wp = ~std::uintptr_t(0);
+    const std::intptr_t wide_lp = INTPTR_MIN;
+    EXPECT_EQ(static_cast<HookResult>(0x2000 + 15), table.Dispatch(procs, 2, 15, wide_wp, wide_lp));
+    EXPECT_EQ((std::vector<ProcCall>{{0x2000, 2, 15, wide_wp, wide_lp}}), procs.calls);
+    EXPECT_EQ(std::vector<std::uint32_t>{36}, b->seen);
+    EXPECT_TRUE(a->seen.empty());
+    // Unhooking puts exactly the saved procedure back, once.
     table.Unhook(procs, 2);
     EXPECT_EQ(0x2000u, procs.slots[2]);
     EXPECT_EQ(0u, table.count());
     EXPECT_EQ(1, b->refs);
     table.Unhook(procs, 2);
     EXPECT_EQ(0x2000u, procs.slots[2]);
-}
-
-TEST_F(HookTableTest, WatchedMessagesGoToTheOwnerAloneAndTheRestWholeToTheSavedProcedure)
-{
-    FakeOwner *o = owner({36}, -5);
-    table.Hook(procs, 3, o, kShared);
-    EXPECT_EQ(-5, table.Dispatch(procs, 3, 36, 11, 22));
-    const std::uintptr_t wide_wp = ~std::uintptr_t(0);
-    const std::intptr_t wide_lp = INTPTR_MIN;
-    EXPECT_EQ(static_cast<HookResult>(0x3000 + 15), table.Dispatch(procs, 3, 15, wide_wp, wide_lp));
-    EXPECT_EQ((std::vector<ProcCall>{{0x3000, 3, 15, wide_wp, wide_lp}}), procs.calls);
-    EXPECT_EQ(std::vector<std::uint32_t>{36}, o->seen);
 }
 
 TEST_F(HookTableTest, NcDestroyEndsTheHookWhetherTheOwnerWatchesItOrNot)
