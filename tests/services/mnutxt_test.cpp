@@ -105,7 +105,7 @@ TEST_F(MenuTextTest, MenuMessagesStopHereOthersGoOnAndUnSubClassPutsBackWhatWasT
     EXPECT_EQ(own, proc_of(w));
 }
 
-TEST_F(MenuTextTest, WritingHwndOnlyStoresItAndIsSaved)
+TEST_F(MenuTextTest, HwndIsOnlyStoredAndSavedAndHandlesItCannotHookAreHarmless)
 {
     HWND w = window(), v = window();
     LONG_PTR own = proc_of(v);
@@ -118,7 +118,23 @@ TEST_F(MenuTextTest, WritingHwndOnlyStoresItAndIsSaved)
     EXPECT_EQ(std::vector<std::wstring>{L"HWND"}, bag->keys());
     Hosted &again = place(kProgId, {0, 0, 0, 0}, Init::FromBag, bag.get());
     EXPECT_EQ(reinterpret_cast<LONG_PTR>(v), as_integer(again.get(L"hwnd")));
-    EXPECT_TRUE(place(kProgId, {0, 0, 0, 0}).save_bag()->keys().empty());
+    // A reporter with nothing set saves nothing; given handles it cannot hook, it hooks nothing.
+    Hosted &fresh = place(kProgId, {0, 0, 0, 0});
+    EXPECT_TRUE(fresh.save_bag()->keys().empty());
+    HWND dead = make_window();
+    DestroyWindow(dead);
+    ForeignWindow foreign;
+    LONG_PTR foreign_proc = proc_of(foreign.hwnd());
+    const HWND bad = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
+    for (HWND h : {static_cast<HWND>(nullptr), dead, foreign.hwnd(), bad}) {
+        fresh.put(L"hwnd", handle(h));
+        fresh.call(L"Subclass");
+        EXPECT_EQ(S_OK, fresh.last_result());
+        fresh.call(L"UnSubClass");
+    }
+    EXPECT_EQ(foreign_proc, proc_of(foreign.hwnd()));
+    EXPECT_EQ(S_OK, fresh.put(L"hwnd", Str(L"the form")));
+    EXPECT_EQ(S_OK, fresh.put(L"hwnd", R8(1e300)));
 }
 
 TEST_F(MenuTextTest, AtDesignTimeSubclassAndUnSubClassDoNothing)
@@ -165,25 +181,6 @@ TEST_F(MenuTextTest, TheOneHookIsTheModulesWhicheverReporterMadeIt)
     // Any reporter's UnSubClass ends it.
     first.call(L"UnSubClass");
     EXPECT_EQ(own_b, proc_of(b));
-}
-
-TEST_F(MenuTextTest, HandlesItCannotHookAreHarmless)
-{
-    Hosted &m = place(kProgId, {0, 0, 0, 0});
-    HWND dead = make_window();
-    DestroyWindow(dead);
-    ForeignWindow foreign;
-    LONG_PTR foreign_proc = proc_of(foreign.hwnd());
-    const HWND bad = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
-    for (HWND h : {static_cast<HWND>(nullptr), dead, foreign.hwnd(), bad}) {
-        m.put(L"hwnd", handle(h));
-        m.call(L"Subclass");
-        EXPECT_EQ(S_OK, m.last_result());
-        m.call(L"UnSubClass");
-    }
-    EXPECT_EQ(foreign_proc, proc_of(foreign.hwnd()));
-    EXPECT_EQ(S_OK, m.put(L"hwnd", Str(L"the form")));
-    EXPECT_EQ(S_OK, m.put(L"hwnd", R8(1e300)));
 }
 
 TEST_F(MenuTextTest, AWindowDestroyedWhileHookedEvenByAHandlerTakesTheHookWithIt)

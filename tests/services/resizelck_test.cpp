@@ -23,10 +23,12 @@ SIZE screen_twips()
     return s;
 }
 
+// MaxHeight, MaxWidth, MinHeight, MinWidth, compared as one; a point as a comparable pair.
 using Limits = std::vector<long>;
 using Point = std::pair<long, long>;
 Point xy(POINT p) { return {p.x, p.y}; }
 
+// A store holding `values`, as a form's saved properties.
 ComPtr<Bag> bag_of(std::initializer_list<std::pair<const wchar_t *, Variant>> values)
 {
     ComPtr<Bag> bag = Bag::Create();
@@ -58,10 +60,9 @@ protected:
     void SetUp() override { form.allow_site_call(kGetWindow); }
     Hosted &lock(Init init = Init::New, IUnknown *bag = nullptr) { return place(kProgId, {0, 0, 32, 30}, init, bag); }
     long read(Hosted &h, const wchar_t *name) { return static_cast<long>(as_integer(h.get(name))); }
-    // MaxHeight, MaxWidth, MinHeight, MinWidth: the limits in the order the lock keeps them.
-    std::vector<long> limits(Hosted &h)
+    Limits limits(Hosted &h)
     {
-        std::vector<long> out;
+        Limits out;
         for (const wchar_t *name : {L"MaxHeight", L"MaxWidth", L"MinHeight", L"MinWidth"}) out.push_back(read(h, name));
         return out;
     }
