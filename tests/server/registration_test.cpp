@@ -1,10 +1,13 @@
-// Registration as regsvr32 does it, per machine and per user, and unregistration leaving no
-// key behind. The machine test unregisters the DLL the other tests use, so it registers it
-// again at the end and runs alone.
+// The server as hosts meet it: registration as regsvr32 does it, per machine and per user, and
+// unregistration leaving no key behind; registration-free use through a side-by-side manifest;
+// and Wine's own container. The machine test unregisters the DLL the other tests use, so it
+// registers it again at the end and runs alone.
 #include <gtest/gtest.h>
 
 #include <windows.h>
+#include <ocidl.h>
 
+#include <fstream>
 #include <set>
 #include <string>
 #include <vector>
@@ -18,13 +21,15 @@ using namespace tarn;
 
 namespace {
 
-std::wstring dll_path()
+std::wstring exe_path()
 {
     wchar_t exe[MAX_PATH];
     GetModuleFileNameW(nullptr, exe, MAX_PATH);
-    std::wstring p(exe);
-    return p.substr(0, p.find_last_of(L'\\')) + L"\\tarnctls.dll";
+    return exe;
 }
+
+std::wstring dir_of(const std::wstring &path) { return path.substr(0, path.find_last_of(L'\\')); }
+std::wstring dll_path() { return dir_of(exe_path()) + L"\\tarnctls.dll"; }
 
 std::wstring guid_text(const GUID &g)
 {
@@ -33,14 +38,13 @@ std::wstring guid_text(const GUID &g)
     return buf;
 }
 
-// Runs regsvr32 silently with these switches on the DLL; its exit code.
-DWORD regsvr32(const std::wstring &switches)
+// Runs `cmd` in `dir` (by default the current one) and waits for it; its exit code.
+DWORD run(std::wstring cmd, const wchar_t *dir = nullptr)
 {
-    std::wstring cmd = L"regsvr32.exe /s " + switches + L" \"" + dll_path() + L"\"";
     STARTUPINFOW si{};
     si.cb = sizeof si;
     PROCESS_INFORMATION pi{};
-    if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) return ~0u;
+    if (!CreateProcessW(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, dir, &si, &pi)) return ~0u;
     WaitForSingleObject(pi.hProcess, 60000);
     DWORD rc = ~0u;
     GetExitCodeProcess(pi.hProcess, &rc);
@@ -49,29 +53,10 @@ DWORD regsvr32(const std::wstring &switches)
     return rc;
 }
 
-struct Library {
-    std::vector<std::pair<std::wstring, GUID>> classes; // name, clsid
-    std::vector<GUID> dispatch_interfaces;
-};
-
-Library library()
+// regsvr32, silent, with these switches on the DLL.
+DWORD regsvr32(const std::wstring &switches)
 {
-    Library lib;
-    ComPtr<ITypeLib> tl;
-    EXPECT_EQ(S_OK, LoadTypeLibEx(dll_path().c_str(), REGKIND_NONE, tl.put()));
-    if (!tl) return lib;
-    for (UINT i = 0; i < tl->GetTypeInfoCount(); ++i) {
-        ComPtr<ITypeInfo> info;
-        tl->GetTypeInfo(i, info.put());
-        TYPEATTR *ta = nullptr;
-        info->GetTypeAttr(&ta);
-        Bstr name;
-        tl->GetDocumentation(static_cast<INT>(i), name.put(), nullptr, nullptr, nullptr);
-        if (ta->typekind == TKIND_COCLASS) lib.classes.push_back({name.str(), ta->guid});
-        if (ta->typekind == TKIND_DISPATCH) lib.dispatch_interfaces.push_back(ta->guid);
-        info->ReleaseTypeAttr(ta);
-    }
-    return lib;
+    return run(L"regsvr32.exe /s " + switches + L" \"" + dll_path() + L"\"");
 }
 
 bool exists(HKEY root, const std::wstring &key)
@@ -105,35 +90,50 @@ void collect(HKEY root, const std::wstring &key, std::set<std::wstring> &out)
     }
 }
 
-#ifdef _WIN64
-const wchar_t kPlatform[] = L"win64";
-#else
-const wchar_t kPlatform[] = L"win32";
-#endif
+const wchar_t *const kPlatform = sizeof(void *) == 8 ? L"win64" : L"win32";
 
-void expect_registered(HKEY root, const Library &lib)
+// Under `root`: every coclass of the DLL's type library with its CLSID keys and ProgIDs, the
+// type library itself and its dispatch interfaces.
+void expect_registered(HKEY root)
 {
     const std::wstring path = dll_path();
-    for (const auto &[name, clsid] : lib.classes) {
-        const std::wstring key = L"CLSID\\" + guid_text(clsid), progid = L"TarnControls." + name;
-        EXPECT_EQ(path, value(root, key + L"\\InprocServer32")) << test::narrow(name);
+    ComPtr<ITypeLib> tl;
+    ASSERT_EQ(S_OK, LoadTypeLibEx(path.c_str(), REGKIND_NONE, tl.put()));
+    int classes = 0;
+    for (UINT i = 0; i < tl->GetTypeInfoCount(); ++i) {
+        ComPtr<ITypeInfo> info;
+        TYPEATTR *ta = nullptr;
+        ASSERT_EQ(S_OK, tl->GetTypeInfo(i, info.put()));
+        ASSERT_EQ(S_OK, info->GetTypeAttr(&ta));
+        const GUID guid = ta->guid;
+        const TYPEKIND kind = ta->typekind;
+        info->ReleaseTypeAttr(ta);
+        if (kind == TKIND_DISPATCH) {
+            EXPECT_TRUE(exists(root, L"Interface\\" + guid_text(guid)));
+        }
+        if (kind != TKIND_COCLASS) continue;
+        ++classes;
+        Bstr name;
+        tl->GetDocumentation(static_cast<INT>(i), name.put(), nullptr, nullptr, nullptr);
+        const std::wstring key = L"CLSID\\" + guid_text(guid), progid = L"TarnControls." + name.str();
+        EXPECT_EQ(path, value(root, key + L"\\InprocServer32")) << test::narrow(name.str());
         EXPECT_EQ(L"Apartment", value(root, key + L"\\InprocServer32", L"ThreadingModel"));
         EXPECT_EQ(progid + L".1", value(root, key + L"\\ProgID"));
         EXPECT_EQ(progid, value(root, key + L"\\VersionIndependentProgID"));
         EXPECT_EQ(guid_text(LIBID_TarnControls), value(root, key + L"\\TypeLib"));
         EXPECT_EQ(L"1.0", value(root, key + L"\\Version"));
         EXPECT_NE(L"<none>", value(root, key + L"\\MiscStatus\\1"));
-        EXPECT_EQ(guid_text(clsid), value(root, progid + L"\\CLSID"));
+        EXPECT_EQ(guid_text(guid), value(root, progid + L"\\CLSID"));
         EXPECT_EQ(progid + L".1", value(root, progid + L"\\CurVer"));
-        EXPECT_EQ(guid_text(clsid), value(root, progid + L".1\\CLSID"));
+        EXPECT_EQ(guid_text(guid), value(root, progid + L".1\\CLSID"));
     }
+    EXPECT_LT(0, classes);
     EXPECT_EQ(path, value(root, L"TypeLib\\" + guid_text(LIBID_TarnControls) + L"\\1.0\\0\\" + kPlatform));
-    for (const GUID &iid : lib.dispatch_interfaces) EXPECT_TRUE(exists(root, L"Interface\\" + guid_text(iid)));
 }
 
 } // namespace
 
-TEST(Registration, PublicControlsCarryWhatToolboxesLookFor)
+TEST(Registration, PublicControlsCarryWhatToolboxesLookForAndPrivateOnesDoNot)
 {
     const std::wstring key = L"CLSID\\" + guid_text(CLSID_cframe);
     EXPECT_TRUE(exists(HKEY_CLASSES_ROOT, key + L"\\Control"));
@@ -145,49 +145,117 @@ TEST(Registration, PublicControlsCarryWhatToolboxesLookFor)
     int id = _wtoi(bitmap.substr(bitmap.find(L", ") + 2).c_str());
     EXPECT_TRUE(FindResourceW(dll, MAKEINTRESOURCEW(id), reinterpret_cast<LPCWSTR>(RT_BITMAP)));
     FreeLibrary(dll);
+    // The window hook service is registered (as every class is) for the library's own use: out
+    // of every toolbox.
+    EXPECT_FALSE(exists(HKEY_CLASSES_ROOT, L"CLSID\\" + guid_text(CLSID_Subclass) + L"\\Control"));
 }
 
-TEST(Registration, PerMachineRegistersAndUnregistersEveryKey)
+TEST(Registration, PerMachineAndPerUserWriteEveryKeyAndUnregisteringLeavesNone)
 {
-    Library lib = library();
-    ASSERT_FALSE(lib.classes.empty());
-    expect_registered(HKEY_CLASSES_ROOT, lib); // the test fixture registered it
-    ASSERT_EQ(0u, regsvr32(L"/u"));
-    for (const auto &[name, clsid] : lib.classes) {
-        EXPECT_FALSE(exists(HKEY_CLASSES_ROOT, L"CLSID\\" + guid_text(clsid))) << test::narrow(name);
-        // The ProgIDs are shared with the other architecture's build and stay while it is registered.
-        HKEY other = nullptr;
-        const REGSAM other_view = sizeof(void *) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
-        bool other_registered = RegOpenKeyExW(HKEY_CLASSES_ROOT, (L"CLSID\\" + guid_text(clsid)).c_str(), 0,
-                                              KEY_READ | other_view, &other) == ERROR_SUCCESS;
-        if (other) RegCloseKey(other);
-        if (!other_registered) {
-            EXPECT_FALSE(exists(HKEY_CLASSES_ROOT, L"TarnControls." + name));
-        }
-    }
-    EXPECT_FALSE(exists(HKEY_CLASSES_ROOT, L"TypeLib\\" + guid_text(LIBID_TarnControls) + L"\\1.0\\0\\" + kPlatform));
-    ASSERT_EQ(0u, regsvr32(L""));
-    expect_registered(HKEY_CLASSES_ROOT, lib);
-}
-
-TEST(Registration, PerUserWritesUnderTheUsersClassesAndRemovesThemAll)
-{
-    Library lib = library();
-    HKEY classes = nullptr;
+    HKEY machine = nullptr, user = nullptr;
+    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Classes", 0, KEY_READ, &machine));
     ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS,
-                                             nullptr, &classes, nullptr));
-    unique_hkey root(classes);
-    std::set<std::wstring> before;
-    collect(root.get(), L"", before);
+                                             nullptr, &user, nullptr));
+    unique_hkey held_machine(machine), held_user(user);
+    // Where the keys are read from, the tree compared before and after, and the switches.
+    struct Mode {
+        HKEY root, tree;
+        const wchar_t *on, *off;
+    } modes[] = {{HKEY_CLASSES_ROOT, machine, L"", L"/u"}, {user, user, L"/n /i:user", L"/u /n /i:user"}};
+    for (const Mode &m : modes) {
+        SCOPED_TRACE(test::narrow(m.off));
+        regsvr32(m.off); // from nothing registered this way (the fixture registered per machine)
+        std::set<std::wstring> before, after;
+        collect(m.tree, L"", before);
+        ASSERT_EQ(0u, regsvr32(m.on));
+        expect_registered(m.root);
+        ASSERT_EQ(0u, regsvr32(m.off));
+        collect(m.tree, L"", after);
+        for (const std::wstring &k : after) EXPECT_TRUE(before.count(k)) << "left behind: " << test::narrow(k);
+    }
+    ASSERT_EQ(0u, regsvr32(L"")); // the other tests use the machine's registration
+}
 
-    ASSERT_EQ(0u, regsvr32(L"/n /i:user"));
-    expect_registered(root.get(), lib);
-    for (const auto &[name, clsid] : lib.classes)
-        EXPECT_EQ(dll_path(), value(root.get(), L"CLSID\\" + guid_text(clsid) + L"\\InprocServer32"));
+// A client with an application manifest naming the tarnctls assembly, with the DLL and the
+// manifest that ships beside it in its own folder, creates a frame from that copy. The test
+// copies this very program into a fresh folder as the client and runs the client part there.
+TEST(SideBySide, AClientWithTheManifestCreatesAFrameFromTheCopyBesideIt)
+{
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    const std::wstring dir = std::wstring(temp) + L"tarn-regfree-" + std::to_wstring(GetCurrentProcessId());
+    CreateDirectoryW(dir.c_str(), nullptr);
+    ASSERT_TRUE(CopyFileW(exe_path().c_str(), (dir + L"\\client.exe").c_str(), FALSE));
+    for (const wchar_t *file : {L"\\tarnctls.dll", L"\\tarnctls.manifest"})
+        ASSERT_TRUE(CopyFileW((dir_of(exe_path()) + file).c_str(), (dir + file).c_str(), FALSE));
+    const std::string identity = std::string("type=\"win32\" version=\"1.0.0.0\" processorArchitecture=\"") +
+                                 (sizeof(void *) == 8 ? "amd64" : "x86") + "\"";
+    std::ofstream((dir + L"\\client.exe.manifest").c_str())
+        << "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
+        << "<assembly xmlns=\"urn:schemas-microsoft-com:asm.v1\" manifestVersion=\"1.0\">\n"
+        << "  <assemblyIdentity name=\"tarn.client\" " << identity << "/>\n"
+        << "  <dependency><dependentAssembly>\n"
+        << "    <assemblyIdentity name=\"tarnctls\" " << identity << "/>\n"
+        << "  </dependentAssembly></dependency>\n"
+        << "</assembly>\n";
+    EXPECT_EQ(0u, run(L"\"" + dir + L"\\client.exe\" --gtest_also_run_disabled_tests --gtest_filter=SideBySideClient.*",
+                      dir.c_str()))
+        << "the client part failed (its output is above)";
+}
 
-    ASSERT_EQ(0u, regsvr32(L"/u /n /i:user"));
-    std::set<std::wstring> after;
-    collect(root.get(), L"", after);
-    for (const std::wstring &k : after)
-        EXPECT_TRUE(before.count(k)) << "left behind: HKCU\\Software\\Classes\\" << test::narrow(k);
+// The client part, run only by the test above in the copied program: the object's code comes
+// from the copy beside it.
+TEST(SideBySideClient, DISABLED_CreatesAFrameFromTheDllBesideIt)
+{
+    CLSID clsid{};
+    ASSERT_EQ(S_OK, CLSIDFromProgID(L"TarnControls.cframe", &clsid));
+    ComPtr<IDispatch> frame;
+    ASSERT_EQ(S_OK, CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, frame.put_void()));
+    HMODULE m = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       *reinterpret_cast<LPCWSTR *>(frame.get()), &m);
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(m, path, MAX_PATH);
+    EXPECT_EQ(dir_of(exe_path()) + L"\\tarnctls.dll", path);
+}
+
+// atl.dll's AtlAxWin window class creates the frame by ProgID, activates it in place in its
+// window, and the frame draws there.
+TEST(AtlAxWin, HostsActivatesAndPaintsAFrame)
+{
+    HMODULE atl = LoadLibraryW(L"atl.dll");
+    ASSERT_TRUE(atl);
+    auto init = reinterpret_cast<BOOL(WINAPI *)()>(GetProcAddress(atl, "AtlAxWinInit"));
+    auto get_control = reinterpret_cast<HRESULT(WINAPI *)(HWND, IUnknown **)>(GetProcAddress(atl, "AtlAxGetControl"));
+    ASSERT_TRUE(init && get_control && init());
+    host::Container form(400, 200);
+    HWND ax = CreateWindowExW(0, L"AtlAxWin", L"TarnControls.cframe", WS_CHILD | WS_VISIBLE, 10, 10, 200, 30,
+                              form.hwnd(), nullptr, nullptr, nullptr);
+    ASSERT_TRUE(ax);
+    host::pump(50);
+    ComPtr<IUnknown> control;
+    ASSERT_EQ(S_OK, get_control(ax, control.put()));
+    // In place, in a window of its own inside the container's window.
+    HWND own = nullptr;
+    ComPtr<IOleWindow> window = control.as<IOleWindow>(IID_IOleWindow);
+    ASSERT_TRUE(window && window->GetWindow(&own) == S_OK);
+    EXPECT_EQ(ax, GetParent(own));
+    EXPECT_TRUE(IsWindowVisible(own));
+    // The frame paints its window: its corners are the 3-D highlight and dark shadow of its border.
+    RECT r{};
+    GetClientRect(own, &r);
+    ASSERT_GT(r.right, 2);
+    host::Bitmap picture(r.right, r.bottom, 0xFF00FF);
+    SendMessageW(own, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(picture.dc()), PRF_CLIENT);
+    EXPECT_EQ(GetSysColor(COLOR_3DHILIGHT), picture.pixel(0, 0));
+    EXPECT_EQ(GetSysColor(COLOR_3DDKSHADOW), picture.pixel(r.right - 1, r.bottom - 1));
+    // Resizing the container's window resizes the control's.
+    MoveWindow(ax, 10, 10, 300, 40, TRUE);
+    host::pump(50);
+    GetClientRect(own, &r);
+    EXPECT_EQ(300, r.right);
+    control.reset();
+    window.reset();
+    DestroyWindow(ax);
+    host::pump(50);
 }

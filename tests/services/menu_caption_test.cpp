@@ -25,7 +25,7 @@ MenuStringReader reading(std::wstring text, int *calls = nullptr)
 }
 } // namespace
 
-TEST(MenuCaption, OnlyAHighlightedItemIsRead)
+TEST(MenuCaption, OnlyAHighlightedItemIsReadAndOnlySpacesAreTrimmed)
 {
     int calls = 0;
     EXPECT_EQ(L"C", MenuCaption(0, kSep, reading(L"never read", &calls)));
@@ -33,10 +33,6 @@ TEST(MenuCaption, OnlyAHighlightedItemIsRead)
     EXPECT_EQ(0, calls);
     EXPECT_EQ(L"read", MenuCaption(0, kHilite | kSep, reading(L"read", &calls)));
     EXPECT_EQ(L"", MenuCaption(0xFFFF, 0xFFFF, MenuStringReader())); // no reader: nothing read
-}
-
-TEST(MenuCaption, OnlySpacesAreTrimmed)
-{
     EXPECT_EQ(L"\tTabbed\t", MenuCaption(1, kHilite, reading(L"  \tTabbed\t  ")));
     EXPECT_EQ(L"", MenuCaption(1, kHilite, reading(L"     ")));
 }
@@ -48,6 +44,5 @@ TEST(MenuCaption, AReaderThatFailsOrClaimsTooMuchYieldsWhatTheBufferHolds)
         return size * 10;
     };
     EXPECT_EQ(L"A", MenuCaption(1, kHilite, liar)); // the rest of the buffer is its spaces
-    auto failing = [](std::uint32_t, wchar_t *, int, bool) { return -1; };
-    EXPECT_EQ(L"", MenuCaption(1, kHilite, failing));
+    EXPECT_EQ(L"", MenuCaption(1, kHilite, [](std::uint32_t, wchar_t *, int, bool) { return -1; }));
 }

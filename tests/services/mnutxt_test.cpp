@@ -4,9 +4,7 @@
 // time only, and hooks that are paired badly or outlive their window.
 #include <gtest/gtest.h>
 
-#include "design_icon.h"
-#include "support/control_test.h"
-#include "support/test_windows.h"
+#include "service_test.h"
 
 using namespace tarn;
 using namespace tarn::test;
@@ -14,20 +12,17 @@ using namespace tarn::test;
 namespace {
 
 constexpr wchar_t kProgId[] = L"TarnControls.mnutxt";
-enum : UINT { kOpen = 101, kSaveAs = 102, kNada = 103, kLong = 104, kSpaces = 105, kWide = 106, kCut = 201 };
+enum : UINT { kOpen = 101, kNada = 102, kLong = 103, kWide = 104 };
 
-// A menu bar with a File menu (items, a separator, more items) and an Edit pop-up.
+// A menu bar with a File menu (items, a separator, more items) and an empty Edit pop-up.
 struct Menus {
     Menus()
     {
         AppendMenuW(file, MF_STRING, kOpen, L"&Open");
-        AppendMenuW(file, MF_STRING, kSaveAs, L"Save &as...");
         AppendMenuW(file, MF_SEPARATOR, 0, nullptr);
         AppendMenuW(file, MF_STRING, kNada, L"Nada");
         AppendMenuW(file, MF_STRING, kLong, long_caption.c_str());
-        AppendMenuW(file, MF_STRING, kSpaces, L"   Padded   ");
         AppendMenuW(file, MF_STRING, kWide, L"\u00d6ffnen \u65e5\u672c");
-        AppendMenuW(edit, MF_STRING, kCut, L"Cu&t");
         AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(file), L"&File");
         AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(edit), L"&Edit");
     }
@@ -41,136 +36,105 @@ LRESULT select(HWND w, UINT item, UINT flags, HMENU menu)
     return SendMessageW(w, WM_MENUSELECT, MAKEWPARAM(item, flags), reinterpret_cast<LPARAM>(menu));
 }
 
-class MenuTextTest : public ControlTest {
+// The window destroyed at the end takes the hook with it (a rule tested below).
+class MenuTextTest : public ServiceTest {
 protected:
-    void TearDown() override
-    {
-        for (Hosted *h : hooked_) h->call(L"UnSubClass");
-        for (HWND w : windows_) DestroyWindow(w);
-        ControlTest::TearDown();
-    }
-    HWND window()
-    {
-        windows_.push_back(make_window());
-        return windows_.back();
-    }
-    // A reporter watching `w`, unhooked again when the test ends.
     Hosted &reporter(HWND w)
     {
         Hosted &m = place(kProgId, {0, 0, 0, 0});
         m.put(L"hwnd", handle(w));
         m.call(L"Subclass");
-        hooked_.push_back(&m);
         return m;
     }
-    std::vector<std::wstring> texts(Hosted &m)
+    // The captions of the MENUTEXT events since the last call, each followed by '|' (another
+    // event would show by its name).
+    std::wstring texts(Hosted &m)
     {
-        std::vector<std::wstring> out;
-        for (const EventRecord &e : m.log().events) out.push_back(e.name + L":" + as_string(e.args.at(0)));
+        std::wstring out;
+        for (const EventRecord &e : m.log().events)
+            out += (e.name == L"MENUTEXT" ? as_string(e.args.at(0)) : e.name) + L"|";
         m.log().clear_events();
         return out;
     }
-    std::vector<HWND> windows_;
-    std::vector<Hosted *> hooked_;
     Menus menus;
 };
 
 } // namespace
 
-TEST_F(MenuTextTest, AHighlightedItemRaisesMenuTextWithItsCaption)
+TEST_F(MenuTextTest, EachMenuSelectRaisesMenuTextWithTheCaptionItsFlagsCallFor)
 {
     HWND w = window();
     Hosted &m = reporter(w);
-    EXPECT_EQ(0, select(w, kOpen, MF_HILITE, menus.file));
-    EXPECT_EQ(0, select(w, kSaveAs, MF_HILITE | MF_MOUSESELECT, menus.file));
-    select(w, kSpaces, MF_HILITE, menus.file);
-    select(w, kWide, MF_HILITE, menus.file);
-    EXPECT_EQ((std::vector<std::wstring>{L"MENUTEXT:&Open", L"MENUTEXT:Save &as...", L"MENUTEXT:Padded",
-                                         L"MENUTEXT:\u00d6ffnen \u65e5\u672c"}),
-              texts(m));
+    const HMENU no_menu = reinterpret_cast<HMENU>(static_cast<LONG_PTR>(0x1234));
+    struct Case {
+        UINT item, flags;
+        HMENU menu;
+        std::wstring texts;
+    } cases[] = {
+        {kOpen, MF_HILITE | MF_MOUSESELECT, menus.file, L"&Open|"},
+        {kWide, MF_HILITE, menus.file, L"\u00d6ffnen \u65e5\u672c|"},
+        {1, MF_SEPARATOR, menus.file, L"C|"}, // pointing at the separator
+        {0, 0, menus.file, L"|"},             // no highlight, no separator
+        {0xFFFF, 0xFFFF, nullptr, L"|"},      // the system's "menu closed"
+        {1, MF_HILITE | MF_POPUP, menus.bar, L"&Edit|"}, // a pop-up's item by its position
+        {1, MF_HILITE, menus.bar, L"|"},      // without the flag a command: the bar has no command 1
+        {kLong, MF_HILITE, menus.file, menus.long_caption.substr(0, 99) + L"|"}, // cut to the buffer
+        {kNada, MF_HILITE, menus.file, L""},  // the sentinel: no event
+        {5, MF_HILITE, no_menu, L"|"}, // a handle that is no menu reads nothing
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(testing::Message() << "item " << c.item << ", flags 0x" << std::hex << c.flags);
+        EXPECT_EQ(0, select(w, c.item, c.flags, c.menu));
+        EXPECT_EQ(c.texts, texts(m));
+    }
 }
 
-TEST_F(MenuTextTest, SeparatorsSayCAndAClosingMenuSaysNothing)
-{
-    HWND w = window();
-    Hosted &m = reporter(w);
-    select(w, 2, MF_SEPARATOR, menus.file);  // pointing at the separator
-    select(w, 0, 0, menus.file);             // no highlight, no separator
-    select(w, 0xFFFF, 0xFFFF, nullptr);      // the system's "menu closed"
-    EXPECT_EQ((std::vector<std::wstring>{L"MENUTEXT:C", L"MENUTEXT:", L"MENUTEXT:"}), texts(m));
-}
-
-TEST_F(MenuTextTest, APopupItemIsLookedUpByPosition)
-{
-    HWND w = window();
-    Hosted &m = reporter(w);
-    select(w, 1, MF_HILITE | MF_POPUP, menus.bar); // the second item of the bar: Edit
-    select(w, 0, MF_HILITE | MF_POPUP, menus.bar);
-    // Without the pop-up flag the same number is a command: the bar has no command 1.
-    select(w, 1, MF_HILITE, menus.bar);
-    EXPECT_EQ((std::vector<std::wstring>{L"MENUTEXT:&Edit", L"MENUTEXT:&File", L"MENUTEXT:"}), texts(m));
-}
-
-TEST_F(MenuTextTest, LongCaptionsAreCutToTheBufferAndNadaRaisesNothing)
-{
-    HWND w = window();
-    Hosted &m = reporter(w);
-    select(w, kLong, MF_HILITE, menus.file);
-    select(w, kNada, MF_HILITE, menus.file);
-    std::vector<std::wstring> got = texts(m);
-    ASSERT_EQ(1u, got.size());
-    EXPECT_EQ(L"MENUTEXT:" + menus.long_caption.substr(0, 99), got[0]);
-}
-
-TEST_F(MenuTextTest, MenuMessagesStopHereAndEveryOtherGoesToTheWindow)
-{
-    HWND w = window();
-    Hosted &m = reporter(w);
-    EXPECT_EQ(4242 + 6, SendMessageW(w, kAsk, 6, 0));
-    // WM_MENUCHAR is answered 0 here (and reported with no highlight: an empty caption).
-    EXPECT_EQ(0, SendMessageW(w, WM_MENUCHAR, MAKEWPARAM('x', MF_POPUP), reinterpret_cast<LPARAM>(menus.file)));
-    EXPECT_EQ(std::vector<std::wstring>{L"MENUTEXT:"}, texts(m));
-    // The hook's procedure called for another window: not the hooked one, so its menu messages
-    // raise nothing and go on to the saved procedure like everything else.
-    auto hook = reinterpret_cast<WNDPROC>(proc_of(w));
-    HWND other = window();
-    EXPECT_EQ(4242 + 2, CallWindowProcW(hook, other, kAsk, 2, 0));
-    CallWindowProcW(hook, other, WM_MENUSELECT, MAKEWPARAM(kOpen, MF_HILITE), reinterpret_cast<LPARAM>(menus.file));
-    EXPECT_TRUE(texts(m).empty());
-}
-
-TEST_F(MenuTextTest, UnSubClassPutsBackExactlyWhatWasThere)
+TEST_F(MenuTextTest, MenuMessagesStopHereOthersGoOnAndUnSubClassPutsBackWhatWasThere)
 {
     HWND w = window();
     LONG_PTR own = proc_of(w);
     Hosted &m = reporter(w);
-    EXPECT_NE(own, proc_of(w));
+    m.call(L"Subclass"); // the same window again: no loop
+    EXPECT_EQ(4242 + 6, SendMessageW(w, kAsk, 6, 0));
+    // WM_MENUCHAR is answered 0 here (and reported with no highlight: an empty caption).
+    EXPECT_EQ(0, SendMessageW(w, WM_MENUCHAR, MAKEWPARAM('x', MF_POPUP), reinterpret_cast<LPARAM>(menus.file)));
+    EXPECT_EQ(L"|", texts(m));
     m.call(L"UnSubClass");
     EXPECT_EQ(own, proc_of(w));
-    select(w, kOpen, MF_HILITE, menus.file);
-    EXPECT_TRUE(texts(m).empty());
     m.call(L"UnSubClass"); // again: nothing stored, nothing done
     EXPECT_EQ(own, proc_of(w));
 }
 
-TEST_F(MenuTextTest, WritingHwndOnlyStoresItAndIsSaved)
+TEST_F(MenuTextTest, HwndIsOnlyStoredAndSavedAndHandlesItCannotHookAreHarmless)
 {
     HWND w = window(), v = window();
     LONG_PTR own = proc_of(v);
     Hosted &m = reporter(w);
-    m.log().changes.clear();
-    EXPECT_EQ(S_OK, m.put(L"hwnd", handle(v)));
-    EXPECT_EQ(std::vector<std::wstring>{L"HWND"}, m.log().changes);
-    EXPECT_EQ(reinterpret_cast<LONG_PTR>(v), as_integer(m.get(L"hwnd")));
+    m.put(L"hwnd", handle(v));
     EXPECT_EQ(own, proc_of(v)); // the hook stays on the first window
     select(w, kOpen, MF_HILITE, menus.file);
-    EXPECT_EQ(std::vector<std::wstring>{L"MENUTEXT:&Open"}, texts(m));
+    EXPECT_EQ(L"&Open|", texts(m));
     ComPtr<Bag> bag = m.save_bag();
     EXPECT_EQ(std::vector<std::wstring>{L"HWND"}, bag->keys());
     Hosted &again = place(kProgId, {0, 0, 0, 0}, Init::FromBag, bag.get());
     EXPECT_EQ(reinterpret_cast<LONG_PTR>(v), as_integer(again.get(L"hwnd")));
+    // A reporter with nothing set saves nothing; given handles it cannot hook, it hooks nothing.
     Hosted &fresh = place(kProgId, {0, 0, 0, 0});
     EXPECT_TRUE(fresh.save_bag()->keys().empty());
+    HWND dead = make_window();
+    DestroyWindow(dead);
+    ForeignWindow foreign;
+    LONG_PTR foreign_proc = proc_of(foreign.hwnd());
+    const HWND bad = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
+    for (HWND h : {static_cast<HWND>(nullptr), dead, foreign.hwnd(), bad}) {
+        fresh.put(L"hwnd", handle(h));
+        fresh.call(L"Subclass");
+        EXPECT_EQ(S_OK, fresh.last_result());
+        fresh.call(L"UnSubClass");
+    }
+    EXPECT_EQ(foreign_proc, proc_of(foreign.hwnd()));
+    EXPECT_EQ(S_OK, fresh.put(L"hwnd", Str(L"the form")));
+    EXPECT_EQ(S_OK, fresh.put(L"hwnd", R8(1e300)));
 }
 
 TEST_F(MenuTextTest, AtDesignTimeSubclassAndUnSubClassDoNothing)
@@ -198,100 +162,42 @@ TEST_F(MenuTextTest, AtDesignTimeSubclassAndUnSubClassDoNothing)
     expect_icon_face(m, L"mnutxt-design.png");
 }
 
-TEST_F(MenuTextTest, SubclassTwiceWithoutUnSubClassNeverLoops)
-{
-    HWND w = window();
-    LONG_PTR own = proc_of(w);
-    Hosted &m = reporter(w);
-    m.call(L"Subclass"); // the same window again
-    EXPECT_EQ(4242, SendMessageW(w, kAsk, 0, 0));
-    select(w, kOpen, MF_HILITE, menus.file);
-    EXPECT_EQ(std::vector<std::wstring>{L"MENUTEXT:&Open"}, texts(m));
-    m.call(L"UnSubClass");
-    EXPECT_EQ(own, proc_of(w));
-}
-
-TEST_F(MenuTextTest, ASecondReporterTakesTheOneHookOver)
+TEST_F(MenuTextTest, TheOneHookIsTheModulesWhicheverReporterMadeIt)
 {
     HWND a = window(), b = window();
     LONG_PTR own_a = proc_of(a), own_b = proc_of(b);
     Hosted &first = reporter(a);
-    Hosted &second = reporter(b); // not paired: the hook moves to b, and a gets its own back
+    Hosted &second = place(kProgId, {0, 0, 0, 0});
+    second.put(L"hwnd", handle(b));
+    second.call(L"Subclass"); // not paired: the hook moves to b, and a gets its own back
     EXPECT_EQ(own_a, proc_of(a));
-    EXPECT_EQ(4242, SendMessageW(a, kAsk, 0, 0));
     select(b, kOpen, MF_HILITE, menus.file);
-    EXPECT_TRUE(texts(first).empty());
-    EXPECT_EQ(std::vector<std::wstring>{L"MENUTEXT:&Open"}, texts(second));
-    // The hook is the module's: the first reporter's UnSubClass ends the second's.
+    EXPECT_EQ(L"", texts(first));
+    EXPECT_EQ(L"&Open|", texts(second));
+    // Closed while hooked (the host forgot UnSubClass), the second leaves the hook silent.
+    close(second);
+    select(b, kOpen, MF_HILITE, menus.file);
+    EXPECT_EQ(4242, SendMessageW(b, kAsk, 0, 0));
+    // Any reporter's UnSubClass ends it.
     first.call(L"UnSubClass");
     EXPECT_EQ(own_b, proc_of(b));
 }
 
-TEST_F(MenuTextTest, HandlesItCannotHookAreHarmless)
-{
-    Hosted &m = place(kProgId, {0, 0, 0, 0});
-    hooked_.push_back(&m);
-    HWND dead = make_window();
-    DestroyWindow(dead);
-    ForeignWindow foreign;
-    LONG_PTR foreign_proc = proc_of(foreign.hwnd());
-    for (HWND h : {static_cast<HWND>(nullptr), dead, foreign.hwnd(), reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1))}) {
-        m.put(L"hwnd", handle(h));
-        m.call(L"Subclass");
-        EXPECT_EQ(S_OK, m.last_result());
-        m.call(L"UnSubClass");
-    }
-    EXPECT_EQ(foreign_proc, proc_of(foreign.hwnd()));
-    EXPECT_EQ(4242, SendMessageW(foreign.hwnd(), kAsk, 0, 0));
-    EXPECT_EQ(S_OK, m.put(L"hwnd", Str(L"the form")));
-    EXPECT_EQ(S_OK, m.put(L"hwnd", R8(1e300)));
-    // A menu message with a menu handle that is no menu reads nothing.
-    HWND w = window();
-    Hosted &n = reporter(w);
-    select(w, 5, MF_HILITE, reinterpret_cast<HMENU>(static_cast<LONG_PTR>(0x1234)));
-    select(w, 5, MF_HILITE | MF_POPUP, nullptr);
-    EXPECT_EQ((std::vector<std::wstring>{L"MENUTEXT:", L"MENUTEXT:"}), texts(n));
-}
-
-TEST_F(MenuTextTest, AWindowDestroyedWhileHookedTakesTheHookWithIt)
+TEST_F(MenuTextTest, AWindowDestroyedWhileHookedEvenByAHandlerTakesTheHookWithIt)
 {
     HWND w = make_window();
     Hosted &m = reporter(w);
-    DestroyWindow(w);
-    m.call(L"UnSubClass"); // the host's call comes too late: nothing to put back, no crash
+    // The handler destroys the window, then unhooks: too late, nothing to put back.
+    m.log().on_event = [&](const std::wstring &, DISPPARAMS *) {
+        DestroyWindow(w);
+        m.call(L"UnSubClass");
+    };
+    EXPECT_EQ(0, select(w, kOpen, MF_HILITE, menus.file));
+    EXPECT_FALSE(IsWindow(w));
+    EXPECT_EQ(L"&Open|", texts(m));
     // A new window is not touched by a later UnSubClass, whatever its handle.
     HWND v = window();
     LONG_PTR own = proc_of(v);
     m.call(L"UnSubClass");
     EXPECT_EQ(own, proc_of(v));
-}
-
-TEST_F(MenuTextTest, AReporterClosedWhileHookedLeavesTheHookSilent)
-{
-    HWND w = window();
-    LONG_PTR own = proc_of(w);
-    Hosted &m = place(kProgId, {0, 0, 0, 0});
-    m.put(L"hwnd", handle(w));
-    m.call(L"Subclass");
-    close(m); // the host forgot UnSubClass
-    EXPECT_NE(own, proc_of(w));
-    select(w, kOpen, MF_HILITE, menus.file); // nobody listens any more: nothing happens
-    EXPECT_EQ(4242, SendMessageW(w, kAsk, 0, 0));
-    // Another reporter's UnSubClass ends the module's hook.
-    Hosted &other = place(kProgId, {0, 0, 0, 0});
-    other.call(L"UnSubClass");
-    EXPECT_EQ(own, proc_of(w));
-}
-
-TEST_F(MenuTextTest, AHandlerMayUnhookOrDestroyTheWindow)
-{
-    HWND w = make_window();
-    Hosted &m = reporter(w);
-    m.log().on_event = [&](const std::wstring &, DISPPARAMS *) {
-        m.call(L"UnSubClass");
-        DestroyWindow(w);
-    };
-    EXPECT_EQ(0, select(w, kOpen, MF_HILITE, menus.file));
-    EXPECT_FALSE(IsWindow(w));
-    EXPECT_EQ(std::vector<std::wstring>{L"MENUTEXT:&Open"}, texts(m));
 }

@@ -1,10 +1,29 @@
-// The design-time face the invisible service controls share: their icon, 480 x 450 twips.
+// What the tests of the service controls share: windows that go before the controls, and the
+// design-time face of the invisible ones: their icon, 480 x 450 twips.
 #pragma once
 #include <gtest/gtest.h>
 
 #include "support/control_test.h"
+#include "support/test_windows.h"
 
 namespace tarn::test {
+
+// Windows made by window() are destroyed when the test ends, before its controls close: that
+// ends their hooks, so the container's release of each control is the last.
+class ServiceTest : public ControlTest {
+protected:
+    void TearDown() override
+    {
+        for (HWND w : windows_) DestroyWindow(w);
+        ControlTest::TearDown();
+    }
+    HWND window()
+    {
+        windows_.push_back(make_window());
+        return windows_.back();
+    }
+    std::vector<HWND> windows_;
+};
 
 // At design time `h` asked its container for the icon's size and draws the icon (more than its
 // background); the picture is saved as `png` in the test output.
