@@ -44,10 +44,8 @@ inline ComPtr<IPictureDisp> solid_picture(int w, int h, COLORREF colour)
 inline int first_red_column(const Bitmap &b, int y1, int y2)
 {
     for (int x = 0; x < b.width(); ++x)
-        for (int y = y1; y < y2; ++y) {
-            Rgb p = b.pixel(x, y);
-            if (red_of(p) > 150 && green_of(p) < 110 && blue_of(p) < 110) return x;
-        }
+        for (int y = y1; y < y2; ++y)
+            if (Rgb p = b.pixel(x, y); red_of(p) > 150 && green_of(p) < 110 && blue_of(p) < 110) return x;
     return -1;
 }
 
