@@ -1,5 +1,5 @@
-// The button's pure logic: layout per picture case, window shapes, the glyph colour table,
-// the low-colour rule, pointer cursors and where the tooltip goes.
+// The button's pure logic: layout per picture case, the glyph colour table, pointer cursors
+// and where the tooltip goes.
 #include <gtest/gtest.h>
 
 #include "buttons/cbtn_layout.h"
@@ -26,7 +26,6 @@ TEST(ButtonLayout, TheCaptionStartsAt2Or23Or26AfterThePicture)
         EXPECT_EQ(c.fits, L.picture_fits);
         EXPECT_EQ((PxRect{c.caption_left, 0, 100, 23}), L.caption);
         EXPECT_EQ((PxRect{c.caption2_left, 0, 100, 23}), L.caption2);
-        EXPECT_EQ((PxRect{4, 4, 96, 21}), L.inner);
         for (int i = 0; i < 6; ++i) EXPECT_EQ(c.rects[i], L.rects[i]) << i;
     }
     EXPECT_EQ(0, LayoutButton(100, 25, false, 16, 16).picture.width());
@@ -52,20 +51,9 @@ TEST(ButtonLayout, DegenerateSizesStayHarmless)
             }
 }
 
-TEST(ButtonLayout, ShapesPerType)
-{
-    EXPECT_EQ(ButtonShape::RoundedXP, ShapeOf(btype::WindowsXP));
-    EXPECT_EQ(ButtonShape::RoundedXP, ShapeOf(btype::WindowsXPPressed));
-    EXPECT_EQ(ButtonShape::Tab, ShapeOf(btype::ToolbarTabSelect));
-    for (int32_t t : {0, 1, 2, 5, 14, 15, -1, 32767}) EXPECT_EQ(ButtonShape::Rectangle, ShapeOf(t)) << t;
-}
-
 TEST(ButtonColours, GlyphTableTintIsThreeProportionalAdjustments)
 {
     GlyphColors t = GlyphColorTable(make_rgb(212, 208, 200));
-    EXPECT_EQ(make_rgb(255, 0, 255), t.entry[0]);
-    EXPECT_EQ(make_rgb(128, 128, 128), t.entry[1]);
-    EXPECT_EQ(0x80000010u, t.entry[3]);
     // +22: (234, 230, 200 + 200*22/192 = 222); +24: (255, 254, 222 + 222*24/192 = 249);
     // -24: (231, 230, 249 - 249*24/192 = 249 - 31 = 218).
     EXPECT_EQ(make_rgb(231, 230, 218), t.entry[2]);
@@ -76,11 +64,6 @@ TEST(ButtonColours, GlyphTableTintIsThreeProportionalAdjustments)
     EXPECT_EQ(make_rgb(0, 0, 0), RecolorPixel(make_rgb(0, 0, 0), tint, shadow));
     // A tint that is itself the grey key is replaced once more, as the second test reads again.
     EXPECT_EQ(shadow, RecolorPixel(make_rgb(255, 0, 255), make_rgb(128, 128, 128), shadow));
-}
-
-TEST(ButtonColours, LowColourOnlyAtFourAndEightBits)
-{
-    for (int32_t b : {0, 1, 2, 4, 8, 15, 16, 24, 32, -8}) EXPECT_EQ(b == 4 || b == 8, LowColorDisplay(b)) << b;
 }
 
 TEST(ButtonPointer, MousePointerValuesMapToSystemCursors)
