@@ -25,21 +25,12 @@ std::wstring events(Hosted &b, bool args = true)
     return all;
 }
 
-class ButtonInputTest : public ButtonTest {
-protected:
-    Hosted &toolbar()
-    {
-        Hosted &b = active();
-        b.put(L"ButtonType", I4(5));
-        return b;
-    }
-};
-
 } // namespace
 
-TEST_F(ButtonInputTest, HoverThenLeftClickRaisesItsEventsInOrder)
+TEST_F(ButtonTest, MouseEventsComeInOrderAndOnlyALeftPressOnAnEnabledButtonClicks)
 {
-    Hosted &b = toolbar();
+    Hosted &b = active();
+    b.put(L"ButtonType", I4(5));
     HWND w = b.hwnd();
     mouse(w, WM_MOUSEMOVE, 50, 12);
     EXPECT_EQ(sys(COLOR_BTNHIGHLIGHT), corner(b));
@@ -57,12 +48,7 @@ TEST_F(ButtonInputTest, HoverThenLeftClickRaisesItsEventsInOrder)
     EXPECT_EQ(sys(COLOR_BTNFACE), corner(b));
     EXPECT_EQ(L"MouseMove(0,0,50,12) MouseOut(0,0,50,12) MouseMove(0,0,150,12) MouseOut(0,0,150,12)",
               events(b));
-}
-
-TEST_F(ButtonInputTest, OnlyALeftPressOnAnEnabledButtonClicks)
-{
-    Hosted &b = toolbar();
-    HWND w = b.hwnd();
+    // The right and middle buttons press but never click.
     mouse(w, WM_RBUTTONDOWN, 20, 10, MK_RBUTTON);
     EXPECT_EQ(sys(COLOR_BTNFACE), corner(b)); // a right press never shows the pressed face
     mouse(w, WM_RBUTTONUP, 20, 10);
@@ -76,14 +62,16 @@ TEST_F(ButtonInputTest, OnlyALeftPressOnAnEnabledButtonClicks)
     mouse(w, WM_LBUTTONDOWN, 3, 4, MK_LBUTTON | MK_SHIFT | MK_CONTROL);
     mouse(w, WM_LBUTTONUP, 3, 4, MK_SHIFT | MK_CONTROL);
     EXPECT_EQ(L"MouseDown(1,3,3,4) MouseUp(1,3,3,4) Click", events(b));
+    // Disabled: no click.
     b.put(L"Enabled", Bool(false));
     click(w, 10, 10);
     EXPECT_EQ(L"MouseDown(1,0,10,10) MouseUp(1,0,10,10)", events(b));
 }
 
-TEST_F(ButtonInputTest, DraggingOutAndBackWhilePressedRaisesAndPressesTheFace)
+TEST_F(ButtonTest, DragsDoubleClicksAndTheHoverShowTheirFacesInTurn)
 {
-    Hosted &b = toolbar();
+    Hosted &b = active();
+    b.put(L"ButtonType", I4(5));
     HWND w = b.hwnd();
     mouse(w, WM_LBUTTONDOWN, 50, 12, MK_LBUTTON);
     mouse(w, WM_MOUSEMOVE, 150, 12, MK_LBUTTON);
@@ -101,12 +89,7 @@ TEST_F(ButtonInputTest, DraggingOutAndBackWhilePressedRaisesAndPressesTheFace)
     mouse(w, WM_LBUTTONUP, -20, 12);
     EXPECT_EQ(L"MouseDown MouseMove MouseUp", events(b, false));
     EXPECT_EQ(sys(COLOR_BTNFACE), corner(b));
-}
-
-TEST_F(ButtonInputTest, ADoubleClickIsASecondPressWithThePressedFace)
-{
-    Hosted &b = toolbar();
-    HWND w = b.hwnd();
+    // A double click is a second press with the pressed face.
     click(w, 30, 10);
     mouse(w, WM_LBUTTONDBLCLK, 30, 10, MK_LBUTTON);
     EXPECT_EQ(sys(COLOR_BTNSHADOW), corner(b));
@@ -119,19 +102,47 @@ TEST_F(ButtonInputTest, ADoubleClickIsASecondPressWithThePressedFace)
     mouse(w, WM_RBUTTONDBLCLK, 30, 10, MK_RBUTTON);
     mouse(w, WM_RBUTTONUP, 30, 10);
     EXPECT_EQ(L"MouseDown MouseUp MouseUp", events(b, false));
+
+    // Every move inside repaints the hover; each of its ends restores the face.
+    for (int x = 5; x < 95; x += 10) mouse(w, WM_MOUSEMOVE, x, 12);
+    std::wstring pairs = L"MouseMove MouseOut";
+    for (int i = 1; i < 9; ++i) pairs += L" MouseMove MouseOut";
+    EXPECT_EQ(pairs, events(b, false));
+    // Ended by the host: normal face, capture released; the host starts the next hover.
+    for (const wchar_t *end : {L"UserControlMouseOut", L"CFm_MousePosnONOUT", L"MousePosnONOUT"}) {
+        EXPECT_EQ(sys(COLOR_BTNHIGHLIGHT), corner(b)) << narrow(end);
+        b.call(end);
+        EXPECT_EQ(sys(COLOR_BTNFACE), corner(b)) << narrow(end);
+        EXPECT_EQ(nullptr, GetCapture()) << narrow(end);
+        b.call(L"MousePosn", {I2(0), I2(0), R4(10), R4(10)});
+    }
+    // Ended by another window taking the capture.
+    Hosted &other = active({10, 50, 110, 75});
+    mouse(w, WM_MOUSEMOVE, 50, 12);
+    SetCapture(other.hwnd());
+    EXPECT_EQ(sys(COLOR_BTNFACE), corner(b));
+    ReleaseCapture();
+    // Without a window the host still drives it.
+    Hosted &still = place(kButton, {10, 90, 110, 115});
+    still.put(L"ButtonType", I4(5));
+    still.call(L"MousePosn", {I2(0), I2(0), R4(10), R4(10)});
+    EXPECT_EQ(sys(COLOR_BTNHIGHLIGHT), still.render(100, 25).pixel(0, 0));
+    EXPECT_EQ(L"MouseOut(0,0,10,10)", events(still));
+    still.call(L"MousePosnONOUT");
+    EXPECT_EQ(sys(COLOR_BTNFACE), still.render(100, 25).pixel(0, 0));
 }
 
-TEST_F(ButtonInputTest, TheSpaceBarClicksOnlyWhenItsPressAndReleaseBothReachTheButton)
+TEST_F(ButtonTest, TheSpaceBarClicksOnlyWhenItsPressAndReleaseBothReachTheButtonAndArrowsMoveTheFocus)
 {
-    Hosted &b = toolbar();
+    Hosted &b = active();
+    b.put(L"ButtonType", I4(5));
     HWND w = b.hwnd();
     SetFocus(w);
     key(w, WM_KEYDOWN, VK_SPACE);
     EXPECT_EQ(sys(COLOR_BTNSHADOW), corner(b));
     key(w, WM_CHAR, L' ');
     key(w, WM_KEYUP, VK_SPACE);
-    EXPECT_EQ(L"KeyDown(32,0) MouseDown(1,0,1,1) KeyPress(32) KeyUp(32,0) MouseUp(1,0,1,1) Click",
-              events(b));
+    EXPECT_EQ(L"KeyDown(32,0) MouseDown(1,0,1,1) KeyPress(32) KeyUp(32,0) MouseUp(1,0,1,1) Click", events(b));
     // A release whose press went elsewhere (another key was the last to come down): no click.
     key(w, WM_KEYDOWN, 'A');
     key(w, WM_KEYUP, VK_SPACE);
@@ -153,62 +164,23 @@ TEST_F(ButtonInputTest, TheSpaceBarClicksOnlyWhenItsPressAndReleaseBothReachTheB
     EXPECT_EQ(L"FocusLost MouseUp(1,0,0,0)", events(b));
     key(other.hwnd(), WM_KEYUP, VK_SPACE);
     EXPECT_EQ(L"KeyUp(32,0)", events(other));
-}
 
-TEST_F(ButtonInputTest, ArrowKeysMoveTheFocusAfterKeyDownIsRaised)
-{
-    Hosted &a = active({10, 10, 110, 35});
-    Hosted &b = active({10, 50, 110, 75});
-    Hosted &c = active({10, 90, 110, 115});
+    // The arrows move the focus on (as Tab and Shift+Tab would) after KeyDown is raised.
+    Hosted &third = active({10, 90, 110, 115});
     SetForegroundWindow(form.hwnd());
-    SetFocus(a.hwnd());
-    events(a);
+    SetFocus(w);
+    events(b);
     auto arrow = [](Hosted &from, WPARAM vk) {
         key(from.hwnd(), WM_KEYDOWN, vk);
         pump(50);
         return GetFocus();
     };
-    EXPECT_EQ(b.hwnd(), arrow(a, VK_RIGHT));
-    EXPECT_EQ(0u, events(a).find(L"KeyDown(39,0)"));
-    EXPECT_EQ(c.hwnd(), arrow(b, VK_DOWN));
-    EXPECT_EQ(b.hwnd(), arrow(c, VK_UP));
-    EXPECT_EQ(a.hwnd(), arrow(b, VK_LEFT));
+    EXPECT_EQ(other.hwnd(), arrow(b, VK_RIGHT));
+    EXPECT_EQ(0u, events(b).find(L"KeyDown(39,0)"));
+    EXPECT_EQ(third.hwnd(), arrow(other, VK_DOWN));
+    EXPECT_EQ(other.hwnd(), arrow(third, VK_UP));
+    EXPECT_EQ(w, arrow(other, VK_LEFT));
     // Even when the host handles KeyDown.
-    a.log().on_event = [](const std::wstring &, DISPPARAMS *) {};
-    EXPECT_EQ(b.hwnd(), arrow(a, VK_DOWN));
-}
-
-TEST_F(ButtonInputTest, EveryMoveInsideRepaintsTheHoverAndAnyOfItsEndsRestoresTheFace)
-{
-    Hosted &b = toolbar();
-    HWND w = b.hwnd();
-    for (int x = 5; x < 95; x += 10) mouse(w, WM_MOUSEMOVE, x, 12);
-    std::wstring pairs = L"MouseMove MouseOut";
-    for (int i = 1; i < 9; ++i) pairs += L" MouseMove MouseOut";
-    EXPECT_EQ(pairs, events(b, false));
-    // Ended by the host: normal face, capture released; the host starts the next hover.
-    for (const wchar_t *end : {L"UserControlMouseOut", L"CFm_MousePosnONOUT", L"MousePosnONOUT"}) {
-        EXPECT_EQ(sys(COLOR_BTNHIGHLIGHT), corner(b)) << narrow(end);
-        b.call(end);
-        EXPECT_EQ(sys(COLOR_BTNFACE), corner(b)) << narrow(end);
-        EXPECT_EQ(nullptr, GetCapture()) << narrow(end);
-        b.call(L"MousePosn", {I2(0), I2(0), R4(10), R4(10)});
-    }
-    // Ended by another window taking the capture.
-    Hosted &other = active({10, 50, 110, 75});
-    mouse(w, WM_MOUSEMOVE, 50, 12);
-    SetCapture(other.hwnd());
-    EXPECT_EQ(sys(COLOR_BTNFACE), corner(b));
-    ReleaseCapture();
-}
-
-TEST_F(ButtonInputTest, WithoutAWindowTheHostCanStillDriveTheHover)
-{
-    Hosted &b = place(kButton, {0, 0, 100, 25});
-    b.put(L"ButtonType", I4(5));
-    b.call(L"MousePosn", {I2(0), I2(0), R4(10), R4(10)});
-    EXPECT_EQ(sys(COLOR_BTNHIGHLIGHT), b.render(100, 25).pixel(0, 0));
-    EXPECT_EQ(L"MouseOut(0,0,10,10)", events(b));
-    b.call(L"MousePosnONOUT");
-    EXPECT_EQ(sys(COLOR_BTNFACE), b.render(100, 25).pixel(0, 0));
+    b.log().on_event = [](const std::wstring &, DISPPARAMS *) {};
+    EXPECT_EQ(other.hwnd(), arrow(b, VK_DOWN));
 }
