@@ -18,11 +18,14 @@ namespace {
 
 using Values = std::vector<std::pair<const wchar_t *, Variant>>;
 
-uint32_t colour(Hosted &h, const wchar_t *name) { return static_cast<uint32_t>(as_integer(h.get(name))); }
 bool has_picture(Hosted &h, const wchar_t *name)
 {
     Variant v = h.get(name);
     return v.vt() == VT_DISPATCH && V_DISPATCH(v.get());
+}
+void put_all(Hosted &b, const Values &values)
+{
+    for (auto &[name, value] : values) b.put(name, value);
 }
 // Each property reads back as the same text as its value.
 void expect_values(Hosted &b, const Values &values)
@@ -50,19 +53,16 @@ void expect_defaults(Hosted &b)
     EXPECT_EQ(VT_DISPATCH, b.get(L"Font").vt());
 }
 
-const Values &everything()
-{
-    static const Values values = {
-        {L"BACKCOLOR", ole_colour(0x00C0FFEE)}, {L"BackColorCUSTOM", Bool(true)}, {L"ButtonType", I4(11)},
-        {L"CAPTION", Str(L"\u00c4pfel & \u65e5\u672c")}, {L"Enabled", Bool(false)}, {L"FocusRect", Bool(false)},
-        {L"ForeColor", ole_colour(0x000000FF)}, {L"PictureVisible", Bool(true)}, {L"ToolTip", Str(L"Saves \u20ac")},
-        {L"MousePointer", I2(2)}};
-    return values;
-}
+// What set_everything gives besides a font and the two pictures.
+const Values kEverything = {
+    {L"BACKCOLOR", ole_colour(0x00C0FFEE)}, {L"BackColorCUSTOM", Bool(true)}, {L"ButtonType", I4(11)},
+    {L"CAPTION", Str(L"\u00c4pfel & \u65e5\u672c")}, {L"Enabled", Bool(false)}, {L"FocusRect", Bool(false)},
+    {L"ForeColor", ole_colour(0x000000FF)}, {L"PictureVisible", Bool(true)}, {L"ToolTip", Str(L"Saves \u20ac")},
+    {L"MousePointer", I2(2)}};
 
 void set_everything(Hosted &b)
 {
-    for (auto &[name, value] : everything()) b.put(name, value);
+    put_all(b, kEverything);
     b.putref(L"Font", make_font(L"Tahoma", 11, true).get());
     b.putref(L"Picture", solid_picture(16, 16, RGB(0, 200, 0)).get());
     b.putref(L"PictureDisabled", solid_picture(16, 16, RGB(100, 100, 100)).get());
@@ -70,33 +70,44 @@ void set_everything(Hosted &b)
 
 void expect_everything(Hosted &b)
 {
-    expect_values(b, everything());
+    expect_values(b, kEverything);
     FontSpec font = FontSpecOf(V_DISPATCH(b.get(L"Font").get()));
     EXPECT_EQ(L"Tahoma", font.name);
     EXPECT_TRUE(font.bold);
     EXPECT_TRUE(has_picture(b, L"Picture"));
     EXPECT_TRUE(has_picture(b, L"PictureDisabled"));
     // Written as MASKHLIGHT, read as MASKHLIGHTCOLOR: never comes back.
-    EXPECT_EQ(0x8000000Fu, colour(b, L"MaskHLightColor"));
+    expect_values(b, {{L"MaskHLightColor", ole_colour(0x8000000F)}});
 }
 
 } // namespace
 
-// ---------------------------------------------------------------- properties and keys
+// ---------------------------------------------------------------- properties, keys, persistence
 
-TEST_F(ButtonTest, NewOrFromAnEmptyBagTheDefaultsAreSavedUnderEveryKey)
+TEST_F(ButtonTest, PropertiesHaveTheirDefaultsAndKeysThroughEveryPersistenceForm)
 {
     Hosted &b = place(kButton);
-    ComPtr<Bag> empty = Bag::Create();
-    Hosted &loaded = place(kButton, {10, 50, 110, 75}, Init::FromBag, empty.get());
+    ComPtr<Bag> empty = Bag::Create(), wrong = Bag::Create();
+    Variant null_value;
+    V_VT(null_value.put()) = VT_NULL;
+    for (auto &[key, value] : Values{{L"BTYPE", Str(L"abc")}, {L"TEXT", I4(12)}, {L"ENABLED", Str(L"maybe")},
+                                     {L"PICTURE", Str(L"C:\\missing.bmp")}, {L"FONT", R8(3.5)},
+                                     {L"MousePointer", R8(1e10)}, {L"BACKCOLOR", Str(L"red")},
+                                     {L"FORECOLOR", null_value}, {L"MouseIcon", I4(5)}})
+        wrong->set(key, value);
+    Hosted &from_empty = place(kButton, {10, 50, 110, 75}, Init::FromBag, empty.get());
+    Hosted &from_wrong = place(kButton, {10, 90, 110, 115}, Init::FromBag, wrong.get());
     EXPECT_EQ(kRestoreOrder, empty->reads);
-    for (Hosted *h : {&b, &loaded}) {
-        SCOPED_TRACE(h == &b ? "new" : "from an empty bag");
-        EXPECT_EQ(L"Button", as_string(h->get(L"CAPTION")));
+    EXPECT_EQ(S_OK, from_wrong.init_result());
+    for (Hosted *h : {&b, &from_empty, &from_wrong}) {
+        SCOPED_TRACE(h == &b ? "new" : h == &from_empty ? "from an empty bag" : "from wrong types");
+        EXPECT_EQ(h == &from_wrong ? L"12" : L"Button", as_string(h->get(L"CAPTION")));
         expect_defaults(*h);
     }
     // Every key in its order, each once, even at the defaults.
     EXPECT_EQ(kSaveOrder, b.save_bag()->writes);
+    from_wrong.put(L"PictureVisible", Bool(true)); // a picture box with nothing in it
+    from_wrong.render(100, 25);
     // No window before activation; then the whole handle.
     EXPECT_EQ(0, as_integer(b.get(L"hwnd")));
     b.activate();
@@ -105,14 +116,11 @@ TEST_F(ButtonTest, NewOrFromAnEmptyBagTheDefaultsAreSavedUnderEveryKey)
     EXPECT_EQ(VT_I8, h.vt());
 #endif
     EXPECT_EQ(reinterpret_cast<LONG_PTR>(b.hwnd()), static_cast<LONG_PTR>(as_integer(h)));
-}
 
-TEST_F(ButtonTest, EveryWriteAnnouncesItsOwnKey)
-{
-    Hosted &b = place(kButton);
+    // Every write announced, saved and restored, with the keys' asymmetries.
     set_everything(b);
     b.putref(L"MouseIcon", solid_picture(8, 8, 0).get());
-    b.put(L"MaskHLightColor", ole_colour(0x00FF00FF));
+    b.put(L"MaskHLightColor", ole_colour(0x00123456));
     // MousePointer and MouseIcon write without a notice; PictureVisible announces
     // "PICTUREVisible", MaskHLightColor "MASKHLIGHTCOLOR".
     const std::vector<std::wstring> expected = {L"BACKCOLOR", L"BACKCOLORCUST", L"BTYPE", L"TEXT", L"ENABLED",
@@ -121,96 +129,12 @@ TEST_F(ButtonTest, EveryWriteAnnouncesItsOwnKey)
     EXPECT_EQ(expected, b.log().changes);
     // The key names the member under its other spelling: the DISPID is still found.
     EXPECT_EQ(7, b.log().changed_ids[7]);
-}
-
-TEST_F(ButtonTest, BadValuesAreSkippedAndOnlyPicturesAreTakenAsPictures)
-{
-    Hosted &b = place(kButton);
-    for (int32_t t : {0, 15, -3, 32767, -32768, 7}) {
-        EXPECT_EQ(S_OK, b.put(L"ButtonType", I4(t)));
-        EXPECT_EQ(t, as_integer(b.get(L"ButtonType")));
-    }
-    // Beyond 16 bits the store fails and is skipped; the notice still goes out.
-    b.log().changes.clear();
-    EXPECT_EQ(S_OK, b.put(L"ButtonType", I4(70000)));
-    EXPECT_EQ(std::vector<std::wstring>{L"BTYPE"}, b.log().changes);
-    // Text that is no number cannot be converted: the call is skipped (resume next).
-    EXPECT_EQ(S_OK, b.put(L"ButtonType", Str(L"Windows XP")));
-    EXPECT_EQ(7, as_integer(b.get(L"ButtonType")));
-    EXPECT_EQ(S_OK, b.putref(L"Picture", make_font(L"Arial", 8).get())); // an object, but no picture
-    EXPECT_FALSE(has_picture(b, L"Picture"));
-    EXPECT_EQ(S_OK, b.put(L"Picture", Str(L"C:\\nowhere\\missing.bmp")));
-    EXPECT_EQ(S_OK, b.put(L"Font", I4(3)));
-    EXPECT_EQ(S_OK, b.put(L"MouseIcon", Str(L"x")));
-    b.putref(L"Picture", solid_picture(4, 4, 0).get());
-    EXPECT_TRUE(has_picture(b, L"Picture"));
-    EXPECT_EQ(S_OK, b.putref(L"Picture", nullptr)); // Nothing clears it
-    EXPECT_FALSE(has_picture(b, L"Picture"));
-}
-
-TEST_F(ButtonTest, TheEnumerationCarriesItsMemberNamesWithSpaces)
-{
-    Hosted &b = place(kButton);
-    ComPtr<ITypeInfo> info, types;
-    ASSERT_EQ(S_OK, b.dispatch()->GetTypeInfo(0, 0, info.put()));
-    ComPtr<ITypeLib> lib;
-    UINT index = 0;
-    ASSERT_EQ(S_OK, info->GetContainingTypeLib(lib.put(), &index));
-    ASSERT_EQ(S_OK, lib->GetTypeInfoOfGuid({0xC58FB026, 0xF385, 0x47E7, {0x95, 0xA5, 0x09, 0x9E, 0x3B, 0x06, 0x15, 0xC9}},
-                                          types.put()));
-    const wchar_t *names[] = {L"Button", L"Button Flat", L"Combo Box", L"Combo Box Flat", L"Toolbar",
-                              L"Toolbar Checked", L"Hyperlink", L"Hyperlink White", L"Spin Button",
-                              L"Spin Button Pressed", L"Windows XP", L"Toolbar Tab Select", L"Windows XP Pressed",
-                              L"Windows XP Toolbar"};
-    for (UINT i = 0; i < 14; ++i) {
-        VARDESC *vd = nullptr;
-        ASSERT_EQ(S_OK, types->GetVarDesc(i, &vd));
-        Bstr name;
-        types->GetDocumentation(vd->memid, name.put(), nullptr, nullptr, nullptr);
-        EXPECT_EQ(names[i], name.str());
-        EXPECT_EQ(static_cast<LONG>(i + 1), V_I4(vd->lpvarValue));
-        types->ReleaseVarDesc(vd);
-    }
-}
-
-// ---------------------------------------------------------------- persistence
-
-TEST_F(ButtonTest, RoundTripsThroughBagAndStreamExceptTheMaskColour)
-{
-    Hosted &b = place(kButton);
-    set_everything(b);
-    b.put(L"MaskHLightColor", ole_colour(0x00123456));
     ComPtr<Bag> bag = b.save_bag();
     EXPECT_EQ(0x00123456, as_integer(bag->get(L"MASKHLIGHT")));
-    expect_everything(place(kButton, {10, 50, 110, 75}, Init::FromBag, bag.get()));
-    expect_everything(place(kButton, {10, 90, 110, 115}, Init::FromStream, b.save_stream().get()));
-}
-
-TEST_F(ButtonTest, WrongTypesInTheBagFallBackToTheirDefaults)
-{
-    Variant null_value;
-    V_VT(null_value.put()) = VT_NULL;
-    ComPtr<Bag> bag = Bag::Create();
-    for (auto &[key, value] : Values{{L"BTYPE", Str(L"abc")}, {L"TEXT", I4(12)}, {L"ENABLED", Str(L"maybe")},
-                                     {L"PICTURE", Str(L"C:\\missing.bmp")}, {L"FONT", R8(3.5)},
-                                     {L"MousePointer", R8(1e10)}, {L"BACKCOLOR", Str(L"red")},
-                                     {L"FORECOLOR", null_value}, {L"MouseIcon", I4(5)}})
-        bag->set(key, value);
-    Hosted &b = place(kButton, {10, 10, 110, 35}, Init::FromBag, bag.get());
-    EXPECT_EQ(S_OK, b.init_result());
-    EXPECT_EQ(L"12", as_string(b.get(L"CAPTION")));
-    expect_defaults(b);
-    b.put(L"PictureVisible", Bool(true)); // a picture box with nothing in it
-    b.render(100, 25);
-    b.activate();
-    UpdateWindow(b.hwnd());
-}
-
-TEST_F(ButtonTest, GarbageAndTruncatedStreamsLoadAsDefaults)
-{
-    Hosted &b = place(kButton);
-    set_everything(b);
+    expect_everything(place(kButton, {10, 130, 110, 155}, Init::FromBag, bag.get()));
     std::vector<BYTE> bytes = stream_bytes(b.save_stream().get());
+    expect_everything(place(kButton, {10, 170, 110, 195}, Init::FromStream, stream_of(bytes).get()));
+    // Cut short or garbage: loaded as far as it goes, never failing.
     auto load = [&](const std::vector<BYTE> &data) {
         Hosted g(form, kButton, {0, 0, 100, 25}, Init::FromStream, stream_of(data).get());
         EXPECT_EQ(S_OK, g.init_result());
@@ -227,9 +151,30 @@ TEST_F(ButtonTest, GarbageAndTruncatedStreamsLoadAsDefaults)
     EXPECT_EQ(L"Button", load(garbage));
 }
 
-TEST_F(ButtonTest, HugeTextsAndOddSizesAreHarmless)
+TEST_F(ButtonTest, BadValuesHugeTextsAndOddSizesAreHarmless)
 {
     Hosted &b = active();
+    for (int32_t t : {0, 15, -3, 32767, -32768, 7}) {
+        EXPECT_EQ(S_OK, b.put(L"ButtonType", I4(t)));
+        EXPECT_EQ(t, as_integer(b.get(L"ButtonType")));
+    }
+    // Beyond 16 bits the store fails and is skipped; the notice still goes out.
+    b.log().changes.clear();
+    EXPECT_EQ(S_OK, b.put(L"ButtonType", I4(70000)));
+    EXPECT_EQ(std::vector<std::wstring>{L"BTYPE"}, b.log().changes);
+    // Text that is no number cannot be converted: the call is skipped (resume next).
+    EXPECT_EQ(S_OK, b.put(L"ButtonType", Str(L"Windows XP")));
+    EXPECT_EQ(7, as_integer(b.get(L"ButtonType")));
+    // Only pictures are taken as pictures; Nothing clears one.
+    EXPECT_EQ(S_OK, b.putref(L"Picture", make_font(L"Arial", 8).get()));
+    EXPECT_FALSE(has_picture(b, L"Picture"));
+    EXPECT_EQ(S_OK, b.put(L"Picture", Str(L"C:\\nowhere\\missing.bmp")));
+    EXPECT_EQ(S_OK, b.put(L"Font", I4(3)));
+    EXPECT_EQ(S_OK, b.put(L"MouseIcon", Str(L"x")));
+    b.putref(L"Picture", solid_picture(4, 4, 0).get());
+    EXPECT_TRUE(has_picture(b, L"Picture"));
+    EXPECT_EQ(S_OK, b.putref(L"Picture", nullptr));
+    EXPECT_FALSE(has_picture(b, L"Picture"));
     std::wstring huge(100000, L'W');
     huge[7] = L'\t';
     EXPECT_EQ(S_OK, b.put(L"CAPTION", Str(huge)));
@@ -257,17 +202,30 @@ TEST_F(ButtonTest, HugeTextsAndOddSizesAreHarmless)
     EXPECT_EQ(S_OK, b.put(L"CAPTION", Str(L"ok")));
 }
 
+TEST_F(ButtonTest, TheTypeLibraryNamesTheLooksWithSpaces)
+{
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(S_OK, place(kButton).dispatch()->GetTypeInfo(0, 0, info.put()));
+    ComPtr<ITypeLib> lib;
+    UINT index = 0;
+    ASSERT_EQ(S_OK, info->GetContainingTypeLib(lib.put(), &index));
+    for (std::wstring name : {L"Button", L"Button Flat", L"Combo Box", L"Combo Box Flat", L"Toolbar", L"Toolbar Checked",
+                              L"Hyperlink", L"Hyperlink White", L"Spin Button", L"Spin Button Pressed", L"Windows XP",
+                              L"Toolbar Tab Select", L"Windows XP Pressed", L"Windows XP Toolbar"}) {
+        BOOL found = FALSE;
+        EXPECT_EQ(S_OK, lib->IsName(name.data(), 0, &found));
+        EXPECT_TRUE(found) << narrow(name);
+    }
+}
+
 // ---------------------------------------------------------------- painting
 
-TEST_F(ButtonTest, TheCaptionStartsTwoTwentyThreeOrTwentySixPixelsIn)
+TEST_F(ButtonTest, FacesPlaceTheCaptionEngraveItWhenDisabledAndKeepACustomBackColor)
 {
     // The combo-box look draws its caption left-aligned in the caption rectangle.
     Hosted &b = place(kButton, {0, 0, 160, 25});
-    b.put(L"ButtonType", I4(3));
-    b.put(L"CAPTION", Str(L"IIII"));
-    b.put(L"ForeColor", ole_colour(0x000000FF));
-    b.put(L"BackColorCUSTOM", Bool(true));
-    b.put(L"BACKCOLOR", ole_colour(0x00FFFFFF));
+    put_all(b, {{L"ButtonType", I4(3)}, {L"CAPTION", Str(L"IIII")}, {L"ForeColor", ole_colour(0x000000FF)},
+                {L"BackColorCUSTOM", Bool(true)}, {L"BACKCOLOR", ole_colour(0x00FFFFFF)}});
     int plain = first_red_column(b.render(160, 25), 3, 22);
     ASSERT_GE(plain, 2);
     EXPECT_LE(plain, 4); // 2 plus the glyph's own bearing
@@ -278,66 +236,54 @@ TEST_F(ButtonTest, TheCaptionStartsTwoTwentyThreeOrTwentySixPixelsIn)
     EXPECT_EQ(RGB(0, 160, 0), fits.pixel(10, 12)); // the picture at the left
     b.putref(L"Picture", solid_picture(40, 40, RGB(0, 160, 0)).get()); // 40 - 8 is not below 25
     EXPECT_EQ(plain + 24, first_red_column(b.render(160, 25), 3, 22));
-}
 
-TEST_F(ButtonTest, DisabledFaceEngravesTheCaptionAndGreysThePicture)
-{
-    Hosted &b = place(kButton, {0, 0, 100, 25});
-    b.put(L"CAPTION", Str(L"MMMM"));
-    b.put(L"ForeColor", ole_colour(0x000000FF));
-    Bitmap on = b.render(100, 25);
+    // Disabled, the plain look engraves its caption in highlight and shadow; the raised border stays.
+    put_all(b, {{L"ButtonType", I4(1)}, {L"CAPTION", Str(L"MMMM")}, {L"PictureVisible", Bool(false)},
+                {L"BackColorCUSTOM", Bool(false)}});
+    Bitmap on = b.render(160, 25);
     EXPECT_GT(on.count(0x000000FF), 10);
     b.put(L"Enabled", Bool(false));
-    Bitmap off = b.render(100, 25);
+    Bitmap off = b.render(160, 25);
     EXPECT_EQ(0, off.count(0x000000FF));
-    // The caption engraved in highlight and shadow; the raised border stays.
     EXPECT_GT(off.count(sys(COLOR_BTNHIGHLIGHT)), on.count(sys(COLOR_BTNHIGHLIGHT)) + 10);
     EXPECT_GT(off.count(sys(COLOR_BTNSHADOW)), on.count(sys(COLOR_BTNSHADOW)) + 10);
     EXPECT_EQ(sys(COLOR_BTNHIGHLIGHT), off.pixel(0, 0));
-    EXPECT_EQ(sys(COLOR_3DDKSHADOW), off.pixel(99, 24));
+    EXPECT_EQ(sys(COLOR_3DDKSHADOW), off.pixel(159, 24));
     // A picture: greyed when no disabled picture is given, the disabled picture when it is.
     b.put(L"PictureVisible", Bool(true));
     b.putref(L"Picture", solid_picture(16, 16, RGB(0, 0, 255)).get());
-    Rgb greyed = b.render(100, 25).pixel(10, 12);
+    Rgb greyed = b.render(160, 25).pixel(10, 12);
     EXPECT_EQ(red_of(greyed), green_of(greyed));
     EXPECT_EQ(green_of(greyed), blue_of(greyed));
     b.putref(L"PictureDisabled", solid_picture(16, 16, RGB(200, 0, 200)).get());
-    EXPECT_EQ(RGB(200, 0, 200), b.render(100, 25).pixel(10, 12));
+    EXPECT_EQ(RGB(200, 0, 200), b.render(160, 25).pixel(10, 12));
     b.put(L"Enabled", Bool(true));
-    EXPECT_EQ(RGB(0, 0, 255), b.render(100, 25).pixel(10, 12));
-}
+    EXPECT_EQ(RGB(0, 0, 255), b.render(160, 25).pixel(10, 12));
 
-TEST_F(ButtonTest, BackColorCustomDecidesWhetherTheLookKeepsBackColor)
-{
-    Hosted &b = place(kButton, {0, 0, 100, 25});
-    b.put(L"CAPTION", Str(L""));
-    b.put(L"BACKCOLOR", ole_colour(0x00C0FFEE));
-    EXPECT_EQ(sys(COLOR_BTNFACE), b.render(100, 25).pixel(50, 12));
+    // BackColorCUSTOM decides whether the look keeps BACKCOLOR; the border keeps the system colours.
+    put_all(b, {{L"CAPTION", Str(L"")}, {L"PictureVisible", Bool(false)}, {L"BACKCOLOR", ole_colour(0x00C0FFEE)}});
+    EXPECT_EQ(sys(COLOR_BTNFACE), b.render(160, 25).pixel(50, 12));
     b.put(L"BackColorCUSTOM", Bool(true));
-    Bitmap custom = b.render(100, 25);
+    Bitmap custom = b.render(160, 25);
     EXPECT_EQ(0x00C0FFEEu, custom.pixel(50, 12));
-    EXPECT_EQ(sys(COLOR_BTNHIGHLIGHT), custom.pixel(0, 0)); // the border keeps the system colours
+    EXPECT_EQ(sys(COLOR_BTNHIGHLIGHT), custom.pixel(0, 0));
     // A system colour reference as the back colour works too.
     b.put(L"BACKCOLOR", ole_colour(0x80000005));
-    EXPECT_EQ(sys(COLOR_WINDOW), b.render(100, 25).pixel(50, 12));
+    EXPECT_EQ(sys(COLOR_WINDOW), b.render(160, 25).pixel(50, 12));
     // Outside 1 to 14 only the background is drawn, whatever the flag.
-    b.put(L"BACKCOLOR", ole_colour(0x00C0FFEE));
-    b.put(L"BackColorCUSTOM", Bool(false));
-    b.put(L"ButtonType", I4(15));
-    b.put(L"CAPTION", Str(L"WWW"));
-    EXPECT_EQ(100 * 25, b.render(100, 25).count(0x00C0FFEE));
+    put_all(b, {{L"BACKCOLOR", ole_colour(0x00C0FFEE)}, {L"BackColorCUSTOM", Bool(false)}, {L"ButtonType", I4(15)},
+                {L"CAPTION", Str(L"WWW")}});
+    EXPECT_EQ(160 * 25, b.render(160, 25).count(0x00C0FFEE));
     // An invalid OLE colour draws as button face.
     b.put(L"BACKCOLOR", ole_colour(0x7F000001));
-    EXPECT_EQ(100 * 25, b.render(100, 25).count(sys(COLOR_BTNFACE)));
+    EXPECT_EQ(160 * 25, b.render(160, 25).count(sys(COLOR_BTNFACE)));
 }
 
-TEST_F(ButtonTest, EveryLookPaintsItsWindowAsItsViewAtAnyDpiWithItsOwnHoverAndPressedFaces)
+TEST_F(ButtonTest, EveryLooksWindowPaintsAsItsViewAtAnyDpiWithItsOwnFacesShapeAndCursor)
 {
     Hosted &b = active({0, 0, 100, 25});
     HWND w = b.hwnd();
-    ASSERT_TRUE(w);
-    b.put(L"CAPTION", Str(L"Face"));
-    b.put(L"FocusRect", Bool(false)); // the click focuses the button
+    put_all(b, {{L"CAPTION", Str(L"Face")}, {L"FocusRect", Bool(false)}}); // the click focuses the button
     // Looks whose model shows a hover face, and all but the latched ones a pressed face.
     for (int t = 1; t <= 14; ++t) {
         b.put(L"ButtonType", I4(t));
@@ -354,34 +300,24 @@ TEST_F(ButtonTest, EveryLookPaintsItsWindowAsItsViewAtAnyDpiWithItsOwnHoverAndPr
         EXPECT_EQ(hovers, normal != hover) << "type " << t;
         EXPECT_NE(hover, pressed) << "type " << t;
     }
-}
-
-TEST_F(ButtonTest, WindowShapesFollowTheTypeAndTheSize)
-{
-    Hosted &b = active({0, 0, 100, 25});
-    auto inside = [&](int type, int w, int h, int x, int y) {
+    // The window's shape and cursor follow the type.
+    auto inside = [&](int type, int width, int height, int x, int y) {
         b.put(L"ButtonType", I4(type));
-        b.move({0, 0, w, h});
+        b.move({0, 0, width, height});
         unique_region r(CreateRectRgn(0, 0, 0, 0));
-        return GetWindowRgn(b.hwnd(), r.get()) == ERROR || PtInRegion(r.get(), x, y);
+        return GetWindowRgn(w, r.get()) == ERROR || PtInRegion(r.get(), x, y);
     };
     EXPECT_TRUE(inside(1, 100, 25, 0, 0));
     // The rounded looks cut their corners.
+    EXPECT_FALSE(inside(13, 100, 25, 0, 0));
     EXPECT_FALSE(inside(11, 100, 25, 0, 0));
     EXPECT_TRUE(inside(11, 100, 25, 50, 0));
-    EXPECT_FALSE(inside(11, 100, 25, 99, 24));
     // The tab is open at the bottom, also after a resize.
     EXPECT_FALSE(inside(12, 100, 25, 0, 0));
     EXPECT_TRUE(inside(12, 100, 25, 0, 24));
     EXPECT_FALSE(inside(12, 60, 40, 59, 0));
     EXPECT_TRUE(inside(12, 60, 40, 59, 39));
     EXPECT_TRUE(inside(2, 60, 40, 59, 0));
-}
-
-TEST_F(ButtonTest, MousePointerSetsTheCursorOverTheButton)
-{
-    Hosted &b = active();
-    HWND w = b.hwnd();
     auto cursor = [&](int16_t pointer) {
         b.put(L"MousePointer", I2(pointer));
         SendMessageW(w, WM_SETCURSOR, reinterpret_cast<WPARAM>(w), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
@@ -400,8 +336,8 @@ TEST_F(ButtonTest, MousePointerSetsTheCursorOverTheButton)
 TEST_F(ButtonTest, ScreenReadersReadCaptionRoleStateAndDefaultAction)
 {
     Hosted &b = active();
-    b.put(L"CAPTION", Str(L"Save"));
-    b.put(L"ToolTip", Str(L"tip")); // the shared tip window must not hold the DLL either
+    // The shared tip window must not hold the DLL either.
+    put_all(b, {{L"CAPTION", Str(L"Save")}, {L"ToolTip", Str(L"tip")}});
     ComPtr<IAccessible> acc;
     ASSERT_EQ(S_OK, AccessibleObjectFromWindow(b.hwnd(), OBJID_CLIENT, IID_IAccessible, acc.put_void()));
     const VARIANT self = *I4(CHILDID_SELF).get(), child = *I4(3).get();
@@ -445,8 +381,7 @@ TEST_F(ButtonTest, TenThousandResizeAndPaintCyclesLeaveNoObjectsBehind)
     DllResourceCounter dll;
     ASSERT_TRUE(dll.installed());
     Hosted &b = active({0, 0, 100, 25});
-    b.put(L"CAPTION", Str(L"Resize"));
-    b.put(L"PictureVisible", Bool(true));
+    put_all(b, {{L"CAPTION", Str(L"Resize")}, {L"PictureVisible", Bool(true)}});
     b.putref(L"Picture", solid_picture(16, 16, RGB(0, 128, 0)).get());
     // Every look once first: what a look makes on first use (the dotted brush) it keeps.
     for (int t = 1; t <= 14; ++t) {
