@@ -3,6 +3,8 @@
 #pragma once
 #include <olectl.h>
 
+#include <vector>
+
 #include "support/control_test.h"
 
 namespace tarn::test {
@@ -19,34 +21,20 @@ protected:
         allow_focus(b);
         return b;
     }
-    static void allow_focus(Hosted &b)
-    {
-        for (const wchar_t *call : {L"IOleInPlaceSite::OnUIActivate", L"IOleInPlaceSite::GetWindowContext",
-                                    L"IOleControlSite::OnFocus(TRUE)", L"IOleControlSite::OnFocus(FALSE)"})
-            b.log().allow(call);
-    }
 };
 
 inline Variant ole_colour(uint32_t c) { return Variant::of_i4(static_cast<int32_t>(c)); }
+inline Rgb sys(int index) { return GetSysColor(index); }
 
 // A picture object holding a w x h bitmap of one colour.
 inline ComPtr<IPictureDisp> solid_picture(int w, int h, COLORREF colour)
 {
-    HDC screen = GetDC(nullptr);
-    HBITMAP bmp = CreateCompatibleBitmap(screen, w, h);
-    HDC mem = CreateCompatibleDC(screen);
-    HGDIOBJ old = SelectObject(mem, bmp);
-    RECT r{0, 0, w, h};
-    HBRUSH brush = CreateSolidBrush(colour);
-    FillRect(mem, &r, brush);
-    DeleteObject(brush);
-    SelectObject(mem, old);
-    DeleteDC(mem);
-    ReleaseDC(nullptr, screen);
+    // A 32-bit bitmap's pixels are 0x00RRGGBB.
+    std::vector<uint32_t> bits(static_cast<size_t>(w) * h, RGB(GetBValue(colour), GetGValue(colour), GetRValue(colour)));
     PICTDESC pd{};
     pd.cbSizeofstruct = sizeof pd;
     pd.picType = PICTYPE_BITMAP;
-    pd.bmp.hbitmap = bmp;
+    pd.bmp.hbitmap = CreateBitmap(w, h, 1, 32, bits.data());
     ComPtr<IPictureDisp> pic;
     OleCreatePictureIndirect(&pd, IID_IPictureDisp, TRUE, pic.put_void());
     return pic;
@@ -56,10 +44,8 @@ inline ComPtr<IPictureDisp> solid_picture(int w, int h, COLORREF colour)
 inline int first_red_column(const Bitmap &b, int y1, int y2)
 {
     for (int x = 0; x < b.width(); ++x)
-        for (int y = y1; y < y2; ++y) {
-            Rgb p = b.pixel(x, y);
-            if (red_of(p) > 150 && green_of(p) < 110 && blue_of(p) < 110) return x;
-        }
+        for (int y = y1; y < y2; ++y)
+            if (Rgb p = b.pixel(x, y); red_of(p) > 150 && green_of(p) < 110 && blue_of(p) < 110) return x;
     return -1;
 }
 
