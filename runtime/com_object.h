@@ -16,7 +16,7 @@ public:
         if (!ppv) return E_POINTER;
         *ppv = nullptr;
         if (riid == IID_IUnknown || riid == __uuidof(First)) *ppv = static_cast<First *>(this);
-        else ((riid == __uuidof(Rest) ? (*ppv = static_cast<Rest *>(this), true) : false) || ...);
+        else (void)((riid == __uuidof(Rest) && (*ppv = static_cast<Rest *>(this))) || ...);
         if (!*ppv) *ppv = query_more(riid);
         if (!*ppv) return E_NOINTERFACE;
         AddRef();

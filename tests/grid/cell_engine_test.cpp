@@ -145,9 +145,11 @@ TEST(CellEngine, SortsNumbersAsNumbersBeforeTextsWithoutCaseAndStablyBothWays)
     for (int order : {1, 2}) {
         many.SetCol(0);
         many.Sort(order);
-        for (int32_t r = 1; r < many.Rows(); ++r)
-            if (many.TextAt(r, 0) == many.TextAt(r - 1, 0))
+        for (int32_t r = 1; r < many.Rows(); ++r) {
+            if (many.TextAt(r, 0) == many.TextAt(r - 1, 0)) {
                 ASSERT_LT(number(r - 1), number(r)) << "order " << order << ", row " << r;
+            }
+        }
     }
 }
 

@@ -366,15 +366,16 @@ TEST_F(GridCheckTest, DrawsTheBoxOnTheCellsColourAndLeavesNothingBehind)
     EXPECT_EQ(0x0000FFFFu, b.pixel(1, 1));
     EXPECT_EQ(0x0000FFFFu, b.pixel(98, 15));
     EXPECT_GT(b.count(0), 5); // the check mark
-    UpdateWindow(c.hwnd());
-    pump();
-    ResourceSnapshot before;
-    for (int i = 0; i < 1000; ++i) {
+    const auto cycle = [&](int i) {
         c.move({0, 0, 20 + i % 200, 17});
         c.put(L"BACKCOLOR", ole(i % 2 ? 0x0000FFFF : 0x80000005));
         if (i % 10 == 0) c.render(100, 17);
         UpdateWindow(c.hwnd());
-    }
+    };
+    cycle(0); // the system keeps a few objects of its own for the windows from their first resize on
+    pump();
+    ResourceSnapshot before;
+    for (int i = 0; i < 1000; ++i) cycle(i);
     pump();
     EXPECT_EQ(std::vector<std::string>{}, before.changes());
 }

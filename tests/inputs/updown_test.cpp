@@ -394,17 +394,17 @@ TEST_F(UpdownTest, RepeatedResizeAndPaintLeaveNoObjectsBehind)
     ASSERT_TRUE(DllResourceCounter().installed()); // counting from before the box exists
     Hosted &u = active_box();
     u.put(L"Text", Str(L"42"));
-    UpdateWindow(u.hwnd());
-    u.render(120, 21);
-    pump();
-    ResourceSnapshot before;
-    for (int i = 0; i < 1000; ++i) {
+    const auto cycle = [&](int i) {
         u.move({0, 0, 60 + i % 150, 20});
         u.put(L"BackColor", ole(i % 2 ? 0x80000005 : 0x00FFEEDD));
         InvalidateRect(u.hwnd(), nullptr, TRUE);
         UpdateWindow(u.hwnd());
         if (i % 10 == 0) u.render(120, 21);
-    }
+    };
+    cycle(0); // the system keeps a few objects of its own for the windows from their first resize on
+    pump();
+    ResourceSnapshot before;
+    for (int i = 0; i < 1000; ++i) cycle(i);
     pump();
     EXPECT_EQ(std::vector<std::string>{}, before.changes());
 }
