@@ -28,7 +28,8 @@ long ProcessWindows();
 
 // All the counts above, taken when it is made. changes() names each count that differs now
 // ("DLL GDI objects: 12 -> 13"), so a test checks in one line that repeated work gave
-// everything back. Process counts the platform cannot give are left out.
+// everything back. The DLL's counts must match exactly; the process's GDI count may grow by a
+// few objects the system makes for itself. Process counts the platform cannot give are left out.
 class ResourceSnapshot {
 public:
     ResourceSnapshot();
