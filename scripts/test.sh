@@ -28,30 +28,11 @@ run cmake --preset x86 >/dev/null
 run cmake --build --preset x86 -j "$jobs"
 stamp "Windows builds done"
 
-# ---- Windows tests under Wine: per prefix one wineserver and one desktop for the whole run,
-# started here with their output away from ctest. A Wine service that a test happened to start
-# would inherit that test's output pipe, and ctest would wait on it until the test's timeout.
+# ---- Windows tests under Wine, in one Wine session for the whole run (see wine-env.sh)
 . scripts/wine-env.sh
 unset DISPLAY
-tarn_wine_prefix
-TARN_WINEPREFIX=$tarn_root/build/wine-144dpi TARN_LOGPIXELS=144 bash -c '. scripts/wine-env.sh; tarn_wine_prefix'
-keepers=()
-keep_prefix() {
-    local ready=$1.keeper-ready waited=0
-    rm -f "$ready"
-    WINEPREFIX=$1 $WINESERVER -p </dev/null >/dev/null 2>&1
-    WINEPREFIX=$1 $WINE64 build/x64/bin/wine_keeper.exe "$(winpath "$ready")" </dev/null >/dev/null 2>&1 &
-    keepers+=($!)
-    while [ ! -f "$ready" ] && [ $waited -lt 600 ]; do sleep 0.1; waited=$((waited + 1)); done
-    [ -f "$ready" ] || echo "test: the desktop of $1 did not start within a minute"
-}
-cleanup() {
-    kill "${keepers[@]}" 2>/dev/null
-    for prefix in "$WINEPREFIX" "$tarn_root/build/wine-144dpi"; do WINEPREFIX=$prefix $WINESERVER -k 2>/dev/null; done
-}
-trap cleanup EXIT
-keep_prefix "$WINEPREFIX"
-keep_prefix "$tarn_root/build/wine-144dpi"
+tarn_wine_session_start
+trap tarn_wine_session_stop EXIT
 stamp "Wine ready"
 
 run ctest --preset x64 -j "$jobs"

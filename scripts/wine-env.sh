@@ -41,3 +41,29 @@ tarn_wine_prefix() {
         touch "$WINEPREFIX/.tarn-ready"
     ) 9>"$WINEPREFIX.lock"
 }
+
+# A Wine session for a test run: both test prefixes made ready, and in each one wineserver and
+# one desktop kept alive until tarn_wine_session_stop, started here with their output away from
+# the tests. A Wine service that a test happened to start would inherit that test's output
+# pipe, and ctest would wait on it until the test's timeout; restarting the desktop for every
+# test process would also cost a second each.
+tarn_wine_session_start() {
+    local prefix ready waited
+    tarn_wine_prefix
+    TARN_WINEPREFIX=$tarn_root/build/wine-144dpi TARN_LOGPIXELS=144 bash -c '. "$0/scripts/wine-env.sh"; tarn_wine_prefix' "$tarn_root"
+    tarn_keepers=()
+    for prefix in "$WINEPREFIX" "$tarn_root/build/wine-144dpi"; do
+        ready=$prefix.keeper-ready waited=0
+        rm -f "$ready"
+        WINEPREFIX=$prefix $WINESERVER -p </dev/null >/dev/null 2>&1
+        WINEPREFIX=$prefix $WINE64 "$tarn_root/build/x64/bin/wine_keeper.exe" "$(winpath "$ready")" </dev/null >/dev/null 2>&1 &
+        tarn_keepers+=($!)
+        while [ ! -f "$ready" ] && [ $waited -lt 600 ]; do sleep 0.1; waited=$((waited + 1)); done
+        [ -f "$ready" ] || echo "wine-env: the desktop of $prefix did not start within a minute" >&2
+    done
+}
+tarn_wine_session_stop() {
+    kill "${tarn_keepers[@]}" 2>/dev/null
+    local prefix
+    for prefix in "$WINEPREFIX" "$tarn_root/build/wine-144dpi"; do WINEPREFIX=$prefix $WINESERVER -k 2>/dev/null; done
+}
