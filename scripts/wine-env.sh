@@ -14,13 +14,25 @@ WINESERVER=/usr/lib/wine/wineserver
 # Unix path -> Z:\ path for Wine programs.
 winpath() { local p; p=$(readlink -f "$1"); echo "Z:${p//\//\\}"; }
 
-# Creates and configures the prefix once; later calls return at once.
+# Which of Wine's sides are installed. A prefix made while only the 64-bit side was there
+# cannot run 32-bit programs even after the 32-bit side arrives, so the prefix's ready marker
+# records the sides it was made with and a change makes it again.
+tarn_wine_sides() { if [ -x "$WINE32" ] && [ -e /usr/lib/i386-linux-gnu/wine ]; then echo "64+32"; else echo "64"; fi; }
+
+# Creates and configures the prefix once (again when the installed sides changed); later calls
+# return at once.
 tarn_wine_prefix() {
-    [ -f "$WINEPREFIX/.tarn-ready" ] && return 0
+    local sides
+    sides=$(tarn_wine_sides)
+    [ "$(cat "$WINEPREFIX/.tarn-ready" 2>/dev/null)" = "$sides" ] && return 0
     mkdir -p "$(dirname "$WINEPREFIX")"
     (
         flock 9
-        [ -f "$WINEPREFIX/.tarn-ready" ] && exit 0
+        [ "$(cat "$WINEPREFIX/.tarn-ready" 2>/dev/null)" = "$sides" ] && exit 0
+        if [ -d "$WINEPREFIX" ]; then
+            $WINESERVER -k 2>/dev/null
+            rm -rf "$WINEPREFIX"
+        fi
         local display=${DISPLAY-}
         unset DISPLAY
         $WINE64 wineboot -i >/dev/null 2>&1
@@ -38,7 +50,7 @@ tarn_wine_prefix() {
         # Wine's own Tahoma and MS Sans Serif are found only from the prefix's font folder.
         cp /usr/share/wine/fonts/* "$WINEPREFIX/drive_c/windows/Fonts/" 2>/dev/null
         $WINESERVER -k 2>/dev/null; $WINESERVER -w
-        touch "$WINEPREFIX/.tarn-ready"
+        echo "$sides" > "$WINEPREFIX/.tarn-ready"
     ) 9>"$WINEPREFIX.lock"
 }
 
