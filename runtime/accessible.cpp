@@ -189,4 +189,12 @@ void AccessibleLink::disconnect()
     object_ = nullptr;
 }
 
+long AccessibleDescription::accessible_state()
+{
+    long s = 0;
+    if (enabled_ && !enabled_()) s |= STATE_SYSTEM_UNAVAILABLE;
+    if (!hwnd_ || !IsWindow(hwnd_) || !IsWindowVisible(hwnd_)) s |= STATE_SYSTEM_INVISIBLE;
+    return s;
+}
+
 } // namespace tarn

@@ -8,6 +8,7 @@
 #include <windows.h>
 #include <oleacc.h>
 
+#include <functional>
 #include <string>
 
 #include "runtime/com.h"
@@ -43,6 +44,39 @@ public:
 
 private:
     AccessibleObject *object_ = nullptr; // one reference held
+};
+
+// What a control that only shows something tells a screen reader: its name, its role, whether
+// it shows and can be used; it offers no default action. The control holds one and hands it
+// its window's WM_GETOBJECT:
+//
+//   AccessibleDescription described_{ROLE_SYSTEM_SEPARATOR, [this] { return caption(); }};
+//   if (msg == WM_GETOBJECT) return described_.answer(hWnd(), wp, lp, handled);
+class AccessibleDescription final : public AccessibleOwner {
+public:
+    AccessibleDescription(long role, std::function<std::wstring()> name, std::function<bool()> enabled = nullptr)
+        : role_(role), name_(std::move(name)), enabled_(std::move(enabled))
+    {
+    }
+    LRESULT answer(HWND hwnd, WPARAM wp, LPARAM lp, bool &handled)
+    {
+        hwnd_ = hwnd;
+        return link_.answer(hwnd, wp, lp, *this, handled);
+    }
+    void disconnect() { link_.disconnect(); }
+
+    std::wstring accessible_name() override { return name_ ? name_() : std::wstring(); }
+    long accessible_role() override { return role_; }
+    long accessible_state() override;
+    std::wstring accessible_default_action() override { return {}; }
+    void accessible_do_default() override {}
+
+private:
+    long role_;
+    std::function<std::wstring()> name_;
+    std::function<bool()> enabled_;
+    HWND hwnd_ = nullptr;
+    AccessibleLink link_;
 };
 
 } // namespace tarn
