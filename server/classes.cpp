@@ -3,6 +3,8 @@
 #include "buttons/cbtn.h"
 #include "frames/cframe.h"
 #include "frames/lnev.h"
+#include "frames/sepbar.h"
+#include "frames/sepvbar.h"
 #include "grid/grdchk.h"
 #include "grid/grid.h"
 #include "inputs/updown.h"
@@ -17,6 +19,8 @@ namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
     {&lnev::Class, IDB_TOOLBOX_LNEV},
+    {&sepbar::Class, IDB_TOOLBOX_SEPBAR},
+    {&sepvbar::Class, IDB_TOOLBOX_SEPVBAR},
     {&grid::Class, IDB_TOOLBOX_GRID},
     {&grdchk::Class, 0}, // private: the grid places it
     {&cbtn::Class, IDB_TOOLBOX_CBTN},

@@ -1,0 +1,27 @@
+// sepvbar (TarnControls.sepvbar): the upright sibling of the separator bar, one group frame
+// (framMAIN) collapsed to an etched vertical line. It has no members and no code of its own:
+// the frame keeps its design place, near the left edge, and runs past any height.
+#pragma once
+#include "runtime/accessible.h"
+#include "runtime/control_impl.h"
+#include "runtime/group_frame.h"
+#include "tarnctls_h.h"
+
+namespace tarn {
+
+class sepvbar final : public ControlImpl<sepvbar, Isepvbar> {
+public:
+    static const ControlClass Class;
+    sepvbar();
+
+protected:
+    void Initialize() override;
+    LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
+    bool CanGetFocus() const override { return false; }
+
+private:
+    GroupFrame framMAIN;
+    AccessibleDescription described_;
+};
+
+} // namespace tarn
