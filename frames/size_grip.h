@@ -1,0 +1,182 @@
+// SizeGrip<Self, Interface>: what the two size grips (rsz, rszxp) share; they differ only in
+// their class record and their look.
+//
+// At run time (user mode), while it is in place, a grip follows its form through the
+// library's hook table as an observer of the form's messages, so a resize lock or any other
+// owner of the form's hook keeps working beside it: after each WM_SIZE it moves itself into
+// the form's bottom-right corner (asking its container, OnPosRectChange), hides while the form
+// is maximised and shows again when it is restored. A left-button press on it hands the drag
+// sizes the form as dragging its own bottom-right corner does: the grip holds the mouse and,
+// as the system's sizing does, asks the form for its tracking limits (WM_GETMINMAXINFO, which a
+// resize lock answers), offers the new rectangle (WM_SIZING) and sizes it, between
+// WM_ENTERSIZEMOVE and WM_EXITSIZEMOVE; over the grip the pointer is the diagonal sizing arrow. A disabled grip, a grip at design time and a
+// grip on a form that cannot be resized only draw themselves.
+//
+// BACKCOLOR and Enabled are saved under "BACKCOLOR" and "ENABLED".
+#pragma once
+#include <stdexcept>
+
+#include "foundation/color_translate.h"
+#include "foundation/window_hooks.h"
+#include "runtime/accessible.h"
+#include "runtime/control_impl.h"
+#include "tarnctls_h.h"
+
+namespace tarn {
+
+enum class GripLook { Classic, Xp };
+
+// The grip's picture in the bottom-right corner of a w x h surface.
+void DrawGrip(HDC dc, int w, int h, const Scale &scale, GripLook look);
+// The system's size grip in twips: a new grip's size.
+SIZE GripDesignTwips();
+// Where the grip goes for the form's current client area, in `grip`'s parent's coordinates.
+RECT GripCornerPlace(HWND form, HWND grip, int width, int height);
+// A drag of a form's bottom-right corner by its grip: Begin (false when the form cannot be
+// sized: not sizeable, maximised), Move for each pointer position (screen), End.
+class FormCornerDrag {
+public:
+    bool Begin(HWND form, HWND grip, POINT pointer);
+    void Move(POINT pointer);
+    void End();
+    bool active() const { return form_ != nullptr; }
+
+private:
+    HWND form_ = nullptr;
+    POINT start_{};
+    SIZE start_size_{};
+};
+
+template <class Self, class Interface> class SizeGrip : public ControlImpl<Self, Interface>, private HookObserver {
+    using Base = ControlImpl<Self, Interface>;
+
+public:
+    STDMETHODIMP get_BACKCOLOR(OLE_COLOR *v) override { return this->get_value(v, [&] { return this->BackColor(); }); }
+    STDMETHODIMP put_BACKCOLOR(OLE_COLOR v) override
+    {
+        return this->put_value(L"BACKCOLOR", [&] {
+            if (TranslateColor(v) == kInvalidColor) throw std::invalid_argument("not a colour");
+            this->SetBackColor(v);
+        });
+    }
+    STDMETHODIMP get_Enabled(VARIANT_BOOL *v) override
+    {
+        return this->get_value(v, [&]() -> VARIANT_BOOL { return enabled_ ? VARIANT_TRUE : VARIANT_FALSE; });
+    }
+    STDMETHODIMP put_Enabled(VARIANT_BOOL v) override
+    {
+        return this->put_value(L"ENABLED", [&] { enabled_ = v != VARIANT_FALSE; });
+    }
+
+protected:
+    explicit SizeGrip(GripLook look)
+        : look_(look), described_(ROLE_SYSTEM_GRIP, [] { return std::wstring(L"Size grip"); }, [this] { return enabled_; })
+    {
+    }
+
+    void Initialize() override
+    {
+        SIZE design = GripDesignTwips();
+        this->SetDesignSize(static_cast<float>(design.cx), static_cast<float>(design.cy));
+    }
+    void ReadProperties(PropertyBag &bag) override
+    {
+        step([&] { this->SetBackColor(bag.read_color(L"BACKCOLOR", syscolor::ButtonFace)); });
+        step([&] { enabled_ = bag.read_bool(L"ENABLED", true); });
+    }
+    void WriteProperties(PropertyBag &bag) override
+    {
+        step([&] { bag.write_color(L"BACKCOLOR", this->BackColor(), syscolor::ButtonFace); });
+        step([&] { bag.write_bool(L"ENABLED", enabled_, true); });
+    }
+    void DrawSurface(HDC dc, const Scale &scale) override { DrawGrip(dc, this->PixelWidth(), this->PixelHeight(), scale, look_); }
+    // In place (a window now exists) or no more: follow the form only meanwhile, at run time.
+    void Show() override { follow(this->UserMode()); }
+    void Hide() override { follow(false); }
+    void Terminate() override { follow(false); }
+    void AmbientChanged(DISPID id) override
+    {
+        if (id == DISPID_AMBIENT_USERMODE) follow(this->UserMode() && this->hWnd());
+    }
+    bool CanGetFocus() const override { return false; }
+
+    LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override
+    {
+        handled = false;
+        if (msg == WM_GETOBJECT) return described_.answer(this->hWnd(), wp, lp, handled);
+        if (!form_ || !enabled_) return 0;
+        if (msg == WM_SETCURSOR && LOWORD(lp) == HTCLIENT) {
+            handled = true;
+            SetCursor(LoadCursorW(nullptr, IDC_SIZENWSE));
+            return TRUE;
+        }
+        switch (msg) {
+        case WM_LBUTTONDOWN:
+            handled = drag_.Begin(form_, this->hWnd(), pointer());
+            break;
+        case WM_MOUSEMOVE:
+            if ((handled = drag_.active())) {
+                ComPtr<IUnknown> alive(this->identity()); // the form's answer may close it
+                drag_.Move(pointer());
+            }
+            break;
+        case WM_LBUTTONUP:
+        case WM_CAPTURECHANGED:
+            if ((handled = drag_.active())) drag_.End();
+            break;
+        default:
+            break;
+        }
+        return 0;
+    }
+
+private:
+    static POINT pointer()
+    {
+        DWORD at = GetMessagePos();
+        return {static_cast<short>(LOWORD(at)), static_cast<short>(HIWORD(at))};
+    }
+    void follow(bool on)
+    {
+        HWND form = on ? this->ParentForm() : nullptr;
+        if (form == form_) return;
+        if (drag_.active()) drag_.End();
+        if (form_) UnobserveWindow(form_, this);
+        form_ = nullptr;
+        if (form && ObserveWindow(form, this)) {
+            form_ = form;
+            keep_to_corner();
+        }
+    }
+    void keep_to_corner()
+    {
+        HWND w = this->hWnd();
+        if (!w || !form_) return;
+        if (IsZoomed(form_)) {
+            ShowWindow(w, SW_HIDE);
+            return;
+        }
+        this->RequestPosition(GripCornerPlace(form_, w, this->PixelWidth(), this->PixelHeight()));
+        if (!IsWindowVisible(w)) ShowWindow(w, SW_SHOWNA);
+    }
+    // HookObserver: the form was resized, or is going.
+    void HookObserved(uint32_t msg, uintptr_t wp, intptr_t, HookResult) override
+    {
+        if (msg != WM_SIZE || wp == SIZE_MINIMIZED) return;
+        ComPtr<IUnknown> alive(this->identity());
+        step([&] { keep_to_corner(); });
+    }
+    void HookObserverGone() override
+    {
+        if (drag_.active()) drag_.End();
+        form_ = nullptr;
+    }
+
+    GripLook look_;
+    bool enabled_ = true;
+    HWND form_ = nullptr; // the form followed, while in place at run time
+    FormCornerDrag drag_;
+    AccessibleDescription described_;
+};
+
+} // namespace tarn
