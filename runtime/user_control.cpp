@@ -72,14 +72,19 @@ void *UserControl::find_interface(REFIID iid)
 
 DISPID UserControl::dispid_of_key(const std::wstring &key)
 {
-    DISPID id = DISPID_UNKNOWN;
-    step([&] {
-        ComPtr<ITypeInfo> info;
-        if (SUCCEEDED(module::type_info(*class_.iid, info.put()))) {
-            LPOLESTR name = const_cast<LPOLESTR>(key.c_str());
-            if (FAILED(info->GetIDsOfNames(&name, 1, &id))) id = DISPID_UNKNOWN;
-        }
-    });
+    // Every put asks and then tells the container: the name is looked up once per key.
+    auto known = key_ids_.find(key);
+    DISPID id = known != key_ids_.end() ? known->second : DISPID_UNKNOWN;
+    if (known == key_ids_.end()) {
+        step([&] {
+            ComPtr<ITypeInfo> info;
+            if (SUCCEEDED(module::type_info(*class_.iid, info.put()))) {
+                LPOLESTR name = const_cast<LPOLESTR>(key.c_str());
+                if (FAILED(info->GetIDsOfNames(&name, 1, &id))) id = DISPID_UNKNOWN;
+            }
+            key_ids_.emplace(key, id);
+        });
+    }
     return id != DISPID_UNKNOWN ? id : invoked_put_;
 }
 

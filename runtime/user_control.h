@@ -23,6 +23,7 @@
 #include <olectl.h>
 #include <objsafe.h>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -447,6 +448,7 @@ private:
     bool double_click_ = false;
 
     DISPID invoked_put_ = DISPID_UNKNOWN; // the property put IDispatch::Invoke is running
+    std::map<std::wstring, DISPID> key_ids_; // keys looked up by name (DISPID_UNKNOWN: none)
     HACCEL accel_ = nullptr;              // the mnemonic's table, handed out by GetControlInfo
     wchar_t accel_key_ = 0;
     DWORD safety_enabled_ = 0;
