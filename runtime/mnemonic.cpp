@@ -14,7 +14,9 @@ wchar_t MnemonicOf(std::wstring_view caption)
             continue;
         }
         if (std::iswspace(static_cast<wint_t>(next))) return 0; // Alt+Space is the window's menu
-        return static_cast<wchar_t>(std::towupper(static_cast<wint_t>(next)));
+        // ASCII letters in upper case, as keys are named; other letters as written (the
+        // C library's case tables depend on the locale).
+        return next >= L'a' && next <= L'z' ? static_cast<wchar_t>(next - L'a' + L'A') : next;
     }
     return 0;
 }

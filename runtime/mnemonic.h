@@ -6,8 +6,9 @@
 
 namespace tarn {
 
-// The mnemonic character of `caption` in upper case (the character after the first single
-// '&'), or 0 when it has none. A trailing '&' or one before a space names nothing.
+// The mnemonic character of `caption` (the character after the first single '&'; an ASCII
+// letter in upper case), or 0 when it has none. A trailing '&' or one before a space names
+// nothing.
 wchar_t MnemonicOf(std::wstring_view caption);
 // The caption as it reads: each "&&" becomes "&", every other '&' goes.
 std::wstring StripMnemonic(std::wstring_view caption);

@@ -202,6 +202,13 @@ TEST_F(HostConventions, OnePageEditsSeveralControlsAndTheContainerMayRefuseAnEdi
     EXPECT_EQ(E_POINTER, p.page->GetPageInfo(nullptr));
     EXPECT_EQ(E_INVALIDARG, p.page->EditProperty(12345));
     EXPECT_EQ(S_OK, p.page->EditProperty(kCaption));
+    // The properties verb opens the container's own frame where it has one.
+    frame.site().property_frame_answer = S_OK;
+    frame.log().expect(L"IOleControlSite::ShowPropertyFrame");
+    ComPtr<IOleObject> ole = frame.as<IOleObject>(IID_IOleObject);
+    EXPECT_EQ(S_OK, ole->DoVerb(1, nullptr, &frame.site(), 0, form.hwnd(), nullptr));
+    EXPECT_EQ(S_OK, ole->DoVerb(OLEIVERB_PROPERTIES, nullptr, &frame.site(), 0, form.hwnd(), nullptr));
+    EXPECT_TRUE(frame.log().check().empty());
 }
 
 TEST_F(HostConventions, EachClassDeclaresItsPagesSafetyAndStatus)
@@ -277,6 +284,9 @@ TEST_F(HostConventions, EachClassDeclaresItsPagesSafetyAndStatus)
             CoTaskMemFree(v[i].lpszVerbName);
         }
         EXPECT_EQ(c.visible, properties);
+        if (!c.visible) {
+            EXPECT_EQ(OLEOBJ_S_INVALIDVERB, ole->DoVerb(1, nullptr, nullptr, 0, nullptr, nullptr));
+        }
     }
 }
 

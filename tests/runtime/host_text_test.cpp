@@ -22,7 +22,8 @@ TEST(Mnemonic, TheFirstSingleAmpersandNamesTheKeyAndTheNameDropsEveryMarker)
         {L"&a&b", L'A', L"ab", L"Alt+A"},    // the first one counts
         {L"Go& now", 0, L"Go now", L""},     // Alt+Space is the window's menu
         {L"", 0, L"", L""},
-        {L"&\u00e9t\u00e9", L'\u00c9', L"\u00e9t\u00e9", L"Alt+\u00c9"},
+        {L"&\u00e9t\u00e9", L'\u00e9', L"\u00e9t\u00e9", L"Alt+\u00e9"}, // as written: no locale's case tables
+        {L"&save", L'S', L"save", L"Alt+S"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(testing::Message() << "caption #" << (&c - cases));

@@ -122,31 +122,44 @@ Answers answers_of(const CLSID &clsid)
     return a;
 }
 
+// The types of the DLL's type library: kind, GUID and name of each.
+struct TypeEntry {
+    TYPEKIND kind;
+    GUID guid;
+    std::wstring name;
+};
+std::vector<TypeEntry> types_of(const std::wstring &dll)
+{
+    std::vector<TypeEntry> out;
+    ComPtr<ITypeLib> tl;
+    EXPECT_EQ(S_OK, LoadTypeLibEx(dll.c_str(), REGKIND_NONE, tl.put()));
+    for (UINT i = 0; tl && i < tl->GetTypeInfoCount(); ++i) {
+        ComPtr<ITypeInfo> info;
+        TYPEATTR *ta = nullptr;
+        if (FAILED(tl->GetTypeInfo(i, info.put())) || FAILED(info->GetTypeAttr(&ta))) continue;
+        Bstr name;
+        tl->GetDocumentation(static_cast<INT>(i), name.put(), nullptr, nullptr, nullptr);
+        out.push_back({ta->typekind, ta->guid, name.str()});
+        info->ReleaseTypeAttr(ta);
+    }
+    return out;
+}
+
 // Under `root`: every coclass of the DLL's type library with its CLSID keys and ProgIDs, the
 // type library itself and its dispatch interfaces.
 void expect_registered(HKEY root)
 {
     const std::wstring path = dll_path();
-    ComPtr<ITypeLib> tl;
-    ASSERT_EQ(S_OK, LoadTypeLibEx(path.c_str(), REGKIND_NONE, tl.put()));
     int classes = 0;
-    for (UINT i = 0; i < tl->GetTypeInfoCount(); ++i) {
-        ComPtr<ITypeInfo> info;
-        TYPEATTR *ta = nullptr;
-        ASSERT_EQ(S_OK, tl->GetTypeInfo(i, info.put()));
-        ASSERT_EQ(S_OK, info->GetTypeAttr(&ta));
-        const GUID guid = ta->guid;
-        const TYPEKIND kind = ta->typekind;
-        info->ReleaseTypeAttr(ta);
-        if (kind == TKIND_DISPATCH) {
+    for (const TypeEntry &t : types_of(path)) {
+        const GUID guid = t.guid;
+        if (t.kind == TKIND_DISPATCH) {
             EXPECT_TRUE(exists(root, L"Interface\\" + guid_text(guid)));
         }
-        if (kind != TKIND_COCLASS) continue;
+        if (t.kind != TKIND_COCLASS) continue;
         ++classes;
-        Bstr name;
-        tl->GetDocumentation(static_cast<INT>(i), name.put(), nullptr, nullptr, nullptr);
-        const std::wstring key = L"CLSID\\" + guid_text(guid), progid = L"TarnControls." + name.str();
-        EXPECT_EQ(path, value(root, key + L"\\InprocServer32")) << test::narrow(name.str());
+        const std::wstring key = L"CLSID\\" + guid_text(guid), progid = L"TarnControls." + t.name;
+        EXPECT_EQ(path, value(root, key + L"\\InprocServer32")) << test::narrow(t.name);
         EXPECT_EQ(L"Apartment", value(root, key + L"\\InprocServer32", L"ThreadingModel"));
         EXPECT_EQ(progid + L".1", value(root, key + L"\\ProgID"));
         EXPECT_EQ(progid, value(root, key + L"\\VersionIndependentProgID"));
@@ -271,18 +284,10 @@ TEST(SideBySideClient, DISABLED_CreatesAFrameFromTheDllBesideIt)
 // answers, and the property page is there for a property frame.
 TEST(SideBySideClient, DISABLED_ReadsEachObjectsStatusAndCreatesThePage)
 {
-    ComPtr<ITypeLib> tl;
-    ASSERT_EQ(S_OK, LoadTypeLibEx((dir_of(exe_path()) + L"\\tarnctls.dll").c_str(), REGKIND_NONE, tl.put()));
     int classes = 0;
-    for (UINT i = 0; i < tl->GetTypeInfoCount(); ++i) {
-        ComPtr<ITypeInfo> info;
-        TYPEATTR *ta = nullptr;
-        ASSERT_EQ(S_OK, tl->GetTypeInfo(i, info.put()));
-        ASSERT_EQ(S_OK, info->GetTypeAttr(&ta));
-        const GUID clsid = ta->guid;
-        const bool coclass = ta->typekind == TKIND_COCLASS;
-        info->ReleaseTypeAttr(ta);
-        if (!coclass) continue;
+    for (const TypeEntry &t : types_of(dir_of(exe_path()) + L"\\tarnctls.dll")) {
+        if (t.kind != TKIND_COCLASS) continue;
+        const GUID clsid = t.guid;
         ++classes;
         SCOPED_TRACE(test::narrow(guid_text(clsid)));
         DWORD from_registry = 0xdeadbeef, content = 0xdeadbeef, icon = 0xdeadbeef;
