@@ -120,7 +120,9 @@ void register_class(Writer &w, const ServerClass &entry, const std::wstring &pat
     if (entry.toolbox_bitmap) {
         w.key(key + L"\\Control");
         w.value(key + L"\\ToolboxBitmap32", path + L", " + std::to_wstring(entry.toolbox_bitmap));
-        w.value(key + L"\\DefaultIcon", path + L",-" + std::to_wstring(entry.toolbox_bitmap + kIconIdOffset));
+        const int icon = entry.toolbox_bitmap + kIconIdOffset;
+        if (FindResourceW(module::instance(), MAKEINTRESOURCEW(icon), reinterpret_cast<LPCWSTR>(RT_GROUP_ICON)))
+            w.value(key + L"\\DefaultIcon", path + L",-" + std::to_wstring(icon));
         w.key(key + L"\\Implemented Categories\\" + kCatidControl);
     }
     if (c.safe) {

@@ -169,6 +169,8 @@ void expect_registered(HKEY root)
         Answers a = answers_of(guid);
         EXPECT_EQ(std::to_wstring(a.misc), value(root, key + L"\\MiscStatus\\1"));
         EXPECT_EQ(L"&Edit,0,2", value(root, key + L"\\Verb\\0"));
+        // Every public control has its icon (server/icons.rc lists it).
+        EXPECT_EQ(exists(root, key + L"\\Control"), exists(root, key + L"\\DefaultIcon"));
         EXPECT_EQ(a.pages ? L"&Properties...,0,2" : L"<none>", value(root, key + L"\\Verb\\1"));
         EXPECT_EQ(a.safe, exists(root, key + L"\\Implemented Categories\\" + kSafeForScripting));
         EXPECT_EQ(a.safe, exists(root, key + L"\\Implemented Categories\\" + kSafeForInitializing));
