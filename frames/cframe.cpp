@@ -15,6 +15,7 @@ const ControlClass cframe::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST | OLEMISC_NOUIACTIVATE,
     &cframe::Create,
+    true, // draws itself, touches no file and no other window
 };
 
 namespace {
@@ -221,5 +222,14 @@ STDMETHODIMP cframe::get_TopHighlightColor(OLE_COLOR *v) { return get_value(v, [
 STDMETHODIMP cframe::put_TopHighlightColor(OLE_COLOR v) { return put_color(lneTOPHIGHLIGHT, v, L"TOPHIGHLIGHTCOLOR", false); }
 STDMETHODIMP cframe::get_TopLightShadowColor(OLE_COLOR *v) { return get_value(v, [&] { return lneTOPLIGHTSHADOW.BorderColor; }); }
 STDMETHODIMP cframe::put_TopLightShadowColor(OLE_COLOR v) { return put_color(lneTOPLIGHTSHADOW, v, L"TOPLIGHTSHADOWCOLOR", false); }
+
+std::wstring cframe::Caption()
+{
+    // A caption drawn without mnemonics reads its ampersands as they are.
+    if (lblDESC.UseMnemonic) return lblDESC.Caption;
+    std::wstring doubled;
+    for (wchar_t c : lblDESC.Caption) doubled += c == L'&' ? L"&&" : std::wstring(1, c);
+    return doubled;
+}
 
 } // namespace tarn

@@ -54,6 +54,8 @@ protected:
     void MouseUp(int16_t button, int16_t shift, float x, float y) override;
     // A frame decorates a form: it never takes the focus.
     bool CanGetFocus() const override { return false; }
+    std::wstring Caption() override;
+    long AccessibleRole() override { return ROLE_SYSTEM_GROUPING; }
 
 private:
     HRESULT put_color(Line &line, OLE_COLOR value, const wchar_t *key, bool visibility_rule);

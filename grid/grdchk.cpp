@@ -15,6 +15,7 @@ const ControlClass grdchk::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST,
     &grdchk::Create,
+    true, // one check box of its own: no file, no other window
 };
 
 namespace {
@@ -109,6 +110,15 @@ STDMETHODIMP grdchk::get_Value(short *v) { return get_value(v, [&] { return chkB
 STDMETHODIMP grdchk::put_Value(short v)
 {
     return put_value(L"Value", [&] { chkBOX.SetValue(v); });
+}
+
+long grdchk::AccessibleState()
+{
+    long s = UserControl::AccessibleState();
+    int16_t v = read_step<int16_t>([&] { return chkBOX.Value(); });
+    if (v == 1) s |= STATE_SYSTEM_CHECKED;
+    else if (v == 2) s |= STATE_SYSTEM_MIXED;
+    return s;
 }
 
 } // namespace tarn

@@ -33,6 +33,8 @@ protected:
     void ReadProperties(PropertyBag &bag) override;
     void WriteProperties(PropertyBag &bag) override;
     void Resize() override;
+    long AccessibleRole() override { return ROLE_SYSTEM_CHECKBUTTON; }
+    long AccessibleState() override;
 
 private:
     void apply_back_color(OleColor color);

@@ -125,6 +125,7 @@ protected:
     void LostFocus() override { Invalidate(); }
     LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
     DWORD WindowStyle() const override { return WS_HSCROLL | WS_VSCROLL; }
+    long AccessibleRole() override { return ROLE_SYSTEM_TABLE; }
     UINT DialogCode() const override { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
 
 private:

@@ -19,6 +19,7 @@ const ControlClass updown::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST,
     &updown::Create,
+    true, // its own text box and arrows only: no file, no other window
 };
 
 namespace {

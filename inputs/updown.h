@@ -73,6 +73,8 @@ protected:
     void Resize() override;
     void Show() override;
     void AmbientChanged(DISPID id) override;
+    long AccessibleRole() override { return ROLE_SYSTEM_SPINBUTTON; }
+    std::wstring AccessibleValue() override { return txtUPDOWN.Text(); }
     // The focus leaving the whole control: the range is enforced with one decimal, whatever
     // AllowDecPoint says.
     void LostFocus() override;

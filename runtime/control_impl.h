@@ -87,8 +87,12 @@ public:
         if (FAILED(hr)) return hr;
         DISPPARAMS none{};
         ComPtr<IUnknown> alive(identity()); // a handler may release the host's last reference
+        // A put's change notice and edit request name this DISPID when the key does not.
+        DISPID outer = invoked_put_;
+        invoked_put_ = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) ? id : DISPID_UNKNOWN;
         hr = InvokeBindingByRefVariants(info.get(), static_cast<Interface *>(this), id, flags, params ? params : &none,
                                         result, excep, arg_err);
+        invoked_put_ = outer;
         return MapInvokeResult(hr, result);
     }
 
