@@ -13,6 +13,12 @@ struct Overflow : std::runtime_error {
     Overflow() : std::runtime_error("overflow") {}
 };
 
+// Whether v fits T: what a property published as an enumeration (32 bits) but kept in 16 takes.
+template <class T> constexpr bool fits(long long v)
+{
+    return v >= std::numeric_limits<T>::min() && v <= std::numeric_limits<T>::max();
+}
+
 template <class T> constexpr T checked(long long v)
 {
     if (v < std::numeric_limits<T>::min() || v > std::numeric_limits<T>::max()) throw Overflow();
