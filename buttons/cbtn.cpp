@@ -612,8 +612,8 @@ STDMETHODIMP cbtn::get_MousePointer(MousePointers *v)
 }
 STDMETHODIMP cbtn::put_MousePointer(MousePointers v)
 {
-    if (!fits<int16_t>(v)) return S_OK; // kept in 16 bits: a wider value is skipped
-    mouse_pointer_ = static_cast<int16_t>(v);
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    mouse_pointer_ = static_cast<int16_t>(static_cast<int32_t>(v));
     picBOX.MousePointer = mouse_pointer_;
     return S_OK;
 }

@@ -166,9 +166,9 @@ STDMETHODIMP cframe::get_Alignment(Alignments *v)
 }
 STDMETHODIMP cframe::put_Alignment(Alignments v)
 {
-    if (!fits<int16_t>(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
     return put_value(L"ALIGNMENT", [&] {
-        lblDESC.Alignment = static_cast<int16_t>(v);
+        lblDESC.Alignment = static_cast<int16_t>(static_cast<int32_t>(v));
         Invalidate();
     });
 }

@@ -109,8 +109,8 @@ STDMETHODIMP grdchk::put_Enabled(VARIANT_BOOL v)
 STDMETHODIMP grdchk::get_Value(CheckValues *v) { return get_value(v, [&] { return static_cast<CheckValues>(chkBOX.Value()); }); }
 STDMETHODIMP grdchk::put_Value(CheckValues v)
 {
-    if (!fits<int16_t>(v)) return S_OK; // kept in 16 bits: a wider value is skipped
-    return put_value(L"Value", [&] { chkBOX.SetValue(static_cast<int16_t>(v)); });
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    return put_value(L"Value", [&] { chkBOX.SetValue(static_cast<int16_t>(static_cast<int32_t>(v))); });
 }
 
 } // namespace tarn

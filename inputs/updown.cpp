@@ -259,8 +259,8 @@ STDMETHODIMP updown::get_Alignment(Alignments *v)
 }
 STDMETHODIMP updown::put_Alignment(Alignments v)
 {
-    if (!fits<int16_t>(v)) return S_OK; // kept in 16 bits: a wider value is skipped
-    return put_value(L"Alignment", [&] { txtUPDOWN.SetAlignment(static_cast<int16_t>(v)); });
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    return put_value(L"Alignment", [&] { txtUPDOWN.SetAlignment(static_cast<int16_t>(static_cast<int32_t>(v))); });
 }
 
 STDMETHODIMP updown::get_AllowArrowKeys(VARIANT_BOOL *v) { return get_value(v, [&] { return vb(udnCTRL.ArrowKeys()); }); }
@@ -287,10 +287,10 @@ STDMETHODIMP updown::get_BorderStyle(BorderStyles *v)
 }
 STDMETHODIMP updown::put_BorderStyle(BorderStyles v)
 {
-    if (!fits<int16_t>(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
     // How the border shows depends on the layout's branch: it runs again.
     return put_value(L"BorderStyle", [&] {
-        step([&] { txtBORDER.SetBorderStyle(static_cast<int16_t>(v)); });
+        step([&] { txtBORDER.SetBorderStyle(static_cast<int16_t>(static_cast<int32_t>(v))); });
         layout();
     });
 }
@@ -301,8 +301,8 @@ STDMETHODIMP updown::get_BuddyAlignment(BuddyAlignments *v)
 }
 STDMETHODIMP updown::put_BuddyAlignment(BuddyAlignments v)
 {
-    if (!fits<int16_t>(v)) return S_OK; // kept in 16 bits: a wider value is skipped
-    return put_value(L"BuddyAlignment", [&] { udnCTRL.SetBuddyAlignment(static_cast<int16_t>(v)); });
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    return put_value(L"BuddyAlignment", [&] { udnCTRL.SetBuddyAlignment(static_cast<int16_t>(static_cast<int32_t>(v))); });
 }
 
 STDMETHODIMP updown::get_Enabled(VARIANT_BOOL *v) { return get_value(v, [&] { return vb(udnCTRL.Enabled()); }); }

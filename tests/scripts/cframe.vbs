@@ -35,6 +35,8 @@ f.Alignment = 70000
 Check f.Alignment = 2, "an enumeration does not widen what Alignment takes: past 16 bits is skipped"
 f.Alignment = 7
 Check f.Alignment = 7, "a value outside the enumeration is taken as before"
+f.Alignment = -3
+Check f.Alignment = -3, "negative ones too"
 f.Alignment = 2
 Check f = "From VBScript", "the caption is the default member"
 Check f.Font.Name <> "", "the caption's font is a font object"
