@@ -332,7 +332,7 @@ void write_page(const std::string &dir, ITypeLib *lib, ITypeInfo *cls, TYPEATTR 
     std::ostringstream md;
     const std::string n = name.str();
     md << "# " << n << "\n\n"
-       << help.str() << ": " << iface_help << ". ProgID `TarnControls." << n << "`, CLSID `" << guid_text(ca->guid)
+       << help.str() << ". " << iface_help << ". ProgID `TarnControls." << n << "`, CLSID `" << guid_text(ca->guid)
        << "`.\n\n"
        << "Generated from the type library and the control itself by `tools/tlbdoc`; do not edit.\n";
 
