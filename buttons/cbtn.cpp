@@ -600,7 +600,7 @@ STDMETHODIMP cbtn::put_ForeColor(OLE_COLOR v)
     });
 }
 
-STDMETHODIMP cbtn::get_hwnd(LONG_PTR *v) { return get_value(v, [&] { return reinterpret_cast<LONG_PTR>(hWnd()); }); }
+STDMETHODIMP cbtn::get_hwnd(OLE_HANDLE *v) { return get_value(v, [&] { return to_ole_handle(hWnd()); }); }
 
 STDMETHODIMP cbtn::get_MaskHLightColor(OLE_COLOR *v) { return get_value(v, [&] { return static_cast<OLE_COLOR>(mask_); }); }
 STDMETHODIMP cbtn::put_MaskHLightColor(OLE_COLOR v)
@@ -622,11 +622,15 @@ HRESULT cbtn::set_mouse_icon(IPictureDisp *v)
     return S_OK;
 }
 
-STDMETHODIMP cbtn::get_MousePointer(short *v) { return get_value(v, [&] { return mouse_pointer_; }); }
-STDMETHODIMP cbtn::put_MousePointer(short v)
+STDMETHODIMP cbtn::get_MousePointer(MousePointers *v)
 {
-    mouse_pointer_ = v;
-    picBOX.MousePointer = v;
+    return get_value(v, [&] { return static_cast<MousePointers>(mouse_pointer_); });
+}
+STDMETHODIMP cbtn::put_MousePointer(MousePointers v)
+{
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    mouse_pointer_ = static_cast<int16_t>(static_cast<int32_t>(v));
+    picBOX.MousePointer = mouse_pointer_;
     return S_OK;
 }
 

@@ -34,6 +34,8 @@ public:
     STDMETHODIMP put_ButtonType(ButtonTypes value) override;
     STDMETHODIMP get_CAPTION(BSTR *value) override;
     STDMETHODIMP put_CAPTION(BSTR value) override;
+    STDMETHODIMP get__Default(BSTR *value) override { return get_CAPTION(value); }
+    STDMETHODIMP put__Default(BSTR value) override { return put_CAPTION(value); }
     STDMETHODIMP get_Enabled(VARIANT_BOOL *value) override;
     STDMETHODIMP put_Enabled(VARIANT_BOOL value) override;
     STDMETHODIMP get_FocusRect(VARIANT_BOOL *value) override;
@@ -43,14 +45,14 @@ public:
     STDMETHODIMP putref_Font(IFontDisp *value) override;
     STDMETHODIMP get_ForeColor(OLE_COLOR *value) override;
     STDMETHODIMP put_ForeColor(OLE_COLOR value) override;
-    STDMETHODIMP get_hwnd(LONG_PTR *value) override;
+    STDMETHODIMP get_hwnd(OLE_HANDLE *value) override;
     STDMETHODIMP get_MaskHLightColor(OLE_COLOR *value) override;
     STDMETHODIMP put_MaskHLightColor(OLE_COLOR value) override;
     STDMETHODIMP get_MouseIcon(IPictureDisp **value) override;
     STDMETHODIMP put_MouseIcon(IPictureDisp *value) override;
     STDMETHODIMP putref_MouseIcon(IPictureDisp *value) override;
-    STDMETHODIMP get_MousePointer(short *value) override;
-    STDMETHODIMP put_MousePointer(short value) override;
+    STDMETHODIMP get_MousePointer(MousePointers *value) override;
+    STDMETHODIMP put_MousePointer(MousePointers value) override;
     STDMETHODIMP get_Picture(IPictureDisp **value) override;
     STDMETHODIMP put_Picture(IPictureDisp *value) override;
     STDMETHODIMP putref_Picture(IPictureDisp *value) override;

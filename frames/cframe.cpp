@@ -1,3 +1,4 @@
+#include "foundation/checked.h"
 #include "frames/cframe.h"
 
 #include "foundation/font_object.h"
@@ -160,11 +161,15 @@ HRESULT cframe::put_color(Line &line, OLE_COLOR value, const wchar_t *key, bool 
     });
 }
 
-STDMETHODIMP cframe::get_Alignment(short *v) { return get_value(v, [&] { return lblDESC.Alignment; }); }
-STDMETHODIMP cframe::put_Alignment(short v)
+STDMETHODIMP cframe::get_Alignment(Alignments *v)
 {
+    return get_value(v, [&] { return static_cast<Alignments>(lblDESC.Alignment); });
+}
+STDMETHODIMP cframe::put_Alignment(Alignments v)
+{
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
     return put_value(L"ALIGNMENT", [&] {
-        lblDESC.Alignment = v;
+        lblDESC.Alignment = static_cast<int16_t>(static_cast<int32_t>(v));
         Invalidate();
     });
 }

@@ -14,8 +14,8 @@ public:
     cframe();
 
     // Icframe
-    STDMETHODIMP get_Alignment(short *value) override;
-    STDMETHODIMP put_Alignment(short value) override;
+    STDMETHODIMP get_Alignment(Alignments *value) override;
+    STDMETHODIMP put_Alignment(Alignments value) override;
     STDMETHODIMP get_BACKCOLOR(OLE_COLOR *value) override;
     STDMETHODIMP put_BACKCOLOR(OLE_COLOR value) override;
     STDMETHODIMP get_BottomDarkShadowColor(OLE_COLOR *value) override;
@@ -24,6 +24,8 @@ public:
     STDMETHODIMP put_BottomShadowColor(OLE_COLOR value) override;
     STDMETHODIMP get_CAPTION(BSTR *value) override;
     STDMETHODIMP put_CAPTION(BSTR value) override;
+    STDMETHODIMP get__Default(BSTR *value) override { return get_CAPTION(value); }
+    STDMETHODIMP put__Default(BSTR value) override { return put_CAPTION(value); }
     STDMETHODIMP get_Font(IFontDisp **value) override;
     STDMETHODIMP put_Font(IFontDisp *value) override;
     STDMETHODIMP putref_Font(IFontDisp *value) override;

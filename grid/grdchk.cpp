@@ -1,3 +1,4 @@
+#include "foundation/checked.h"
 #include "grid/grdchk.h"
 
 #include <stdexcept>
@@ -106,10 +107,11 @@ STDMETHODIMP grdchk::put_Enabled(VARIANT_BOOL v)
     return put_value(L"ENABLED", [&] { chkBOX.SetEnabled(v != VARIANT_FALSE); });
 }
 
-STDMETHODIMP grdchk::get_Value(short *v) { return get_value(v, [&] { return chkBOX.Value(); }); }
-STDMETHODIMP grdchk::put_Value(short v)
+STDMETHODIMP grdchk::get_Value(CheckValues *v) { return get_value(v, [&] { return static_cast<CheckValues>(chkBOX.Value()); }); }
+STDMETHODIMP grdchk::put_Value(CheckValues v)
 {
-    return put_value(L"Value", [&] { chkBOX.SetValue(v); });
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    return put_value(L"Value", [&] { chkBOX.SetValue(static_cast<int16_t>(static_cast<int32_t>(v))); });
 }
 
 long grdchk::AccessibleState()

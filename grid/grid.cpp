@@ -413,8 +413,11 @@ STDMETHODIMP grid::put_BarSummary(VARIANT_BOOL v)
         changed();
     });
 }
-STDMETHODIMP grid::get_BorderStyle(long *v) { return get_value(v, [&] { return static_cast<long>(border_style_); }); }
-STDMETHODIMP grid::put_BorderStyle(long v)
+STDMETHODIMP grid::get_BorderStyle(BorderStyles *v)
+{
+    return get_value(v, [&] { return static_cast<BorderStyles>(border_style_); });
+}
+STDMETHODIMP grid::put_BorderStyle(BorderStyles v)
 {
     return put_value(L"BorderStyle", [&] {
         border_style_ = v;
@@ -432,7 +435,7 @@ STDMETHODIMP grid::putref_Font(IFontDisp *v)
         apply_font();
     });
 }
-STDMETHODIMP grid::get_hwnd(LONG_PTR *v) { return get_value(v, [&] { return reinterpret_cast<LONG_PTR>(hWnd()); }); }
+STDMETHODIMP grid::get_hwnd(OLE_HANDLE *v) { return get_value(v, [&] { return to_ole_handle(hWnd()); }); }
 STDMETHODIMP grid::get_blnGRIDORDER(VARIANT_BOOL *v)
 {
     return get_value(v, [&] { return model_.blnGRIDORDER ? VARIANT_TRUE : VARIANT_FALSE; });

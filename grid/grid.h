@@ -22,12 +22,12 @@ public:
     STDMETHODIMP put_BarHeader(VARIANT_BOOL value) override;
     STDMETHODIMP get_BarSummary(VARIANT_BOOL *value) override;
     STDMETHODIMP put_BarSummary(VARIANT_BOOL value) override;
-    STDMETHODIMP get_BorderStyle(long *value) override;
-    STDMETHODIMP put_BorderStyle(long value) override;
+    STDMETHODIMP get_BorderStyle(BorderStyles *value) override;
+    STDMETHODIMP put_BorderStyle(BorderStyles value) override;
     STDMETHODIMP get_Font(IFontDisp **value) override;
     STDMETHODIMP put_Font(IFontDisp *value) override;
     STDMETHODIMP putref_Font(IFontDisp *value) override;
-    STDMETHODIMP get_hwnd(LONG_PTR *value) override;
+    STDMETHODIMP get_hwnd(OLE_HANDLE *value) override;
     STDMETHODIMP get_blnGRIDORDER(VARIANT_BOOL *value) override;
     STDMETHODIMP put_blnGRIDORDER(VARIANT_BOOL value) override;
     STDMETHODIMP get_lngPREVIOUSCOLNO(long *value) override;

@@ -83,10 +83,11 @@ STDMETHODIMP UserControl::SetInterfaceSafetyOptions(REFIID iid, DWORD mask, DWOR
 
 HRESULT MapInvokeResult(HRESULT hr, VARIANT *result)
 {
-    // OLE_COLOR is unsigned in the type library, but automation clients (VB, VBA, scripts)
-    // know colours as Long and some cannot handle an unsigned value at all: hand it over as
-    // the same 32 bits in a Long.
-    if (SUCCEEDED(hr) && result && V_VT(result) == VT_UI4) V_VT(result) = VT_I4;
+    // OLE_COLOR is unsigned and OLE_HANDLE a machine int in the type library, but automation
+    // clients (VB, VBA, scripts) know both as Long and some cannot handle an unsigned value or
+    // an int at all: hand them over as the same 32 bits in a Long.
+    if (SUCCEEDED(hr) && result && (V_VT(result) == VT_UI4 || V_VT(result) == VT_INT || V_VT(result) == VT_UINT))
+        V_VT(result) = VT_I4;
     switch (hr) {
     case DISP_E_TYPEMISMATCH:
     case DISP_E_OVERFLOW:

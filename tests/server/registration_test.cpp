@@ -19,6 +19,7 @@
 #include "runtime/property_page.h"
 #include "support/control_test.h"
 #include "tarnctls_h.h"
+#include "tarnctls_version.h"
 
 using namespace tarn;
 
@@ -250,7 +251,7 @@ TEST(SideBySide, AClientWithTheManifestCreatesAFrameFromTheCopyBesideIt)
     ASSERT_TRUE(CopyFileW(exe_path().c_str(), (dir + L"\\client.exe").c_str(), FALSE));
     for (const wchar_t *file : {L"\\tarnctls.dll", L"\\tarnctls.manifest"})
         ASSERT_TRUE(CopyFileW((dir_of(exe_path()) + file).c_str(), (dir + file).c_str(), FALSE));
-    const std::string identity = std::string("type=\"win32\" version=\"1.0.0.0\" processorArchitecture=\"") +
+    const std::string identity = std::string("type=\"win32\" version=\"" TARN_VERSION_TEXT "\" processorArchitecture=\"") +
                                  (sizeof(void *) == 8 ? "amd64" : "x86") + "\"";
     std::ofstream((dir + L"\\client.exe.manifest").c_str())
         << "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
