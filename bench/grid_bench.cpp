@@ -3,7 +3,7 @@
 #include "foundation/numbers.h"
 #include "grid/grid_file.h"
 #include "grid/grid_model.h"
-#include "grid/sort_compare.h"
+#include "grid/engine/sort_compare.h"
 #include "grid/text_codec.h"
 
 #include <benchmark/benchmark.h>

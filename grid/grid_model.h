@@ -8,7 +8,7 @@
 // outside the grid changes nothing (the current cell included); the host calls it makes
 // (BoxHide, Change) still happen where the operation always makes them.
 #pragma once
-#include "grid/cell_engine.h"
+#include "grid/engine/cell_engine.h"
 #include "grid/column_types.h"
 #include "grid/summary_bar.h"
 
