@@ -191,6 +191,8 @@ public:
     void BarSummaryColCalc(int32_t ColNo);
     // A summary cell for painting (its total computed if pending).
     SummaryCell BarSummaryCell(int32_t ColNo) { return summary_.Cell(ColNo); }
+    // How many cell values the totals have added up so far (what they cost).
+    uint64_t TotalsWork() const { return summary_.Totals().ValuesAdded(); }
 
     // ---- the whole grid
     // Clears every text; counts, sizes and formatting stay.

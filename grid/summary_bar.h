@@ -30,6 +30,7 @@ public:
     SummaryBar &operator=(const SummaryBar &) = delete;
 
     ColumnTotals &Totals() { return totals_; }
+    const ColumnTotals &Totals() const { return totals_; }
 
     // Columns 0 to CellEngine::kMaxCols - 1 have a summary cell; other indexes are ignored
     // (reads give the empty caption).

@@ -130,6 +130,7 @@ double ColumnTotals::current_total(int32_t col, Column &c)
     c.prefix_rows = rows - 1;
     c.prefix_total = sum.value();
     sum.add(value(rows - 1, col));
+    added_ += static_cast<uint64_t>(rows - from);
     return sum.value();
 }
 
@@ -155,6 +156,7 @@ double ColumnTotals::rebuilt_total(int32_t col, const Column &c) const
         }
     }
     Sum sum(base > 0 ? c.prefix_total : 0);
+    added_ += list.size();
     list.ForEach([&](const PieceList::Piece &p) {
         if (p.noted) {
             for (uint32_t i = 0; i < p.size; ++i) sum.add(c.noted[p.begin + i]);

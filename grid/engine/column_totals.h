@@ -50,6 +50,8 @@ public:
 
     // The total of a column as it is now, added up from row 0.
     static double ColumnTotal(const CellEngine &cells, int32_t col);
+    // How many values all totals so far have added up: the work they cost.
+    uint64_t ValuesAdded() const { return added_; }
 
     // CellEngineObserver
     void BeforeTextChange(int32_t row, int32_t col, std::wstring_view text) override;
@@ -89,6 +91,7 @@ private:
     Sink &sink_;
     std::unordered_map<int32_t, Column> columns_; // columns waiting or knowing a partial sum
     mutable std::wstring scratch_;
+    mutable uint64_t added_ = 0;
 };
 
 } // namespace tarn
