@@ -64,14 +64,7 @@ void CellEngine::UpdateFormat(int32_t row, int32_t col, const CellFormat &change
 
     const uint32_t old = format_id(rows_.Get(static_cast<size_t>(row)), col);
     CellFormat f = formats_.Get(old);
-    if (changes.has(CellFormat::kAlign)) f.alignment = changes.alignment;
-    if (changes.has(CellFormat::kFont)) f.font = changes.font;
-    if (changes.has(CellFormat::kSize)) f.size = changes.size;
-    if (changes.has(CellFormat::kBold)) f.bold = changes.bold;
-    if (changes.has(CellFormat::kStrike)) f.strike = changes.strike;
-    if (changes.has(CellFormat::kFore)) f.fore = changes.fore;
-    if (changes.has(CellFormat::kBack)) f.back = changes.back;
-    f.set |= changes.set;
+    f.Apply(changes);
     const uint32_t id = formats_.Intern(f);
     if (id == old) return;
 

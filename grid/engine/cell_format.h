@@ -35,6 +35,19 @@ struct CellFormat {
     uint32_t back = 0;
 
     bool has(uint8_t field) const { return (set & field) != 0; }
+
+    // Takes the fields `changes` sets, keeping the others.
+    void Apply(const CellFormat &changes)
+    {
+        if (changes.has(kAlign)) alignment = changes.alignment;
+        if (changes.has(kFont)) font = changes.font;
+        if (changes.has(kSize)) size = changes.size;
+        if (changes.has(kBold)) bold = changes.bold;
+        if (changes.has(kStrike)) strike = changes.strike;
+        if (changes.has(kFore)) fore = changes.fore;
+        if (changes.has(kBack)) back = changes.back;
+        set |= changes.set;
+    }
 };
 
 // The grid-wide look a cell has where it sets nothing of its own.

@@ -11,14 +11,7 @@ namespace {
 CellFormat canonical(const CellFormat &f)
 {
     CellFormat c;
-    c.set = f.set;
-    if (f.has(CellFormat::kAlign)) c.alignment = f.alignment;
-    if (f.has(CellFormat::kFont)) c.font = f.font;
-    if (f.has(CellFormat::kSize)) c.size = f.size;
-    if (f.has(CellFormat::kBold)) c.bold = f.bold;
-    if (f.has(CellFormat::kStrike)) c.strike = f.strike;
-    if (f.has(CellFormat::kFore)) c.fore = f.fore;
-    if (f.has(CellFormat::kBack)) c.back = f.back;
+    c.Apply(f);
     return c;
 }
 
