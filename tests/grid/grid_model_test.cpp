@@ -283,8 +283,9 @@ TEST_F(GridModelTest, SummaryTotalsTheLeadingNumbersOfTheCurrentColumnOnChange)
     EXPECT_EQ(L"0.00", grid.BarSummaryColRead(0));
 }
 
-// Random row, column and cell operations with occasional reads, inside and outside the
-// Change handler, against the captions an immediate calculation would have left: a total
+// Random row, column, cell and whole-grid operations with occasional reads, inside and
+// outside the Change handler, against the captions an immediate calculation would have left
+// (several columns waiting at once, totals left waiting and read much later): a total
 // stands for the column as it was at its calculation (inside the handler, the one before),
 // added in row order (1e16 + 1 - 1e16 is 0), until a caption or the next calculation.
 TEST(GridModelSummary, LazyTotalsMatchImmediateOnesUnderRandomOperations)
@@ -311,7 +312,7 @@ TEST(GridModelSummary, LazyTotalsMatchImmediateOnesUnderRandomOperations)
         };
         grid.ColsSet(3);
         for (int op = 0; op < 1500 && !HasFatalFailure(); ++op) {
-            const int32_t rows = grid.RowsCurrent(), col = pick(4), kind = pick(12);
+            const int32_t rows = grid.RowsCurrent(), col = pick(4), kind = pick(13);
             switch (kind) {
             case 0:
             case 1: grid.RowAdd(value() + L"\t" + value() + L"\t" + value(), pick(rows + 1)); break;
@@ -324,6 +325,14 @@ TEST(GridModelSummary, LazyTotalsMatchImmediateOnesUnderRandomOperations)
             case 8: grid.BarSummaryColSet(col, L"set"), expected[col] = L"set"; break;
             case 9: grid.BarSummaryColCalc(col), expected[col] = fresh_total(col); break;
             case 10: grid.ColsSet(2 + pick(3)); break;
+            case 12: // the rarer whole-grid and column changes
+                switch (pick(4)) {
+                case 0: grid.GridClear(); break;
+                case 1: grid.ColDel(); break;
+                case 2: grid.ColAdd(500); break;
+                default: grid.CellChkSet(pick(rows + 1), pick(3), value()); break;
+                }
+                break;
             default: grid.Change(); break;
             }
             if (kind <= 3 || kind == 11) expected[grid.ColCurrent()] = fresh_total(grid.ColCurrent()); // raised Change
