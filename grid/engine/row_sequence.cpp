@@ -66,7 +66,6 @@ void RowSequence::Insert(size_t i, RowData *row)
     if (i > size_) throw std::out_of_range("row");
     if (blocks_.empty()) {
         blocks_.emplace_back();
-        blocks_.back().rows.reserve(kBlock);
         rebuild();
     }
     size_t offset = 0, b = 0;
@@ -80,7 +79,6 @@ void RowSequence::Insert(size_t i, RowData *row)
         // A full block: appending at its end starts a new one (so filling from the top leaves
         // full blocks behind); anywhere else it splits in two halves.
         Block fresh;
-        fresh.rows.reserve(kBlock);
         if (offset < kBlock) {
             std::vector<RowData *> &rows = blocks_[b].rows;
             fresh.rows.assign(rows.begin() + kBlock / 2, rows.end());
@@ -111,10 +109,7 @@ void RowSequence::Append(size_t count)
 {
     if (count == 0) return;
     while (count > 0) {
-        if (blocks_.empty() || blocks_.back().rows.size() >= kBlock) {
-            blocks_.emplace_back();
-            blocks_.back().rows.reserve(kBlock);
-        }
+        if (blocks_.empty() || blocks_.back().rows.size() >= kBlock) blocks_.emplace_back();
         std::vector<RowData *> &rows = blocks_.back().rows;
         const size_t n = kBlock - rows.size() < count ? kBlock - rows.size() : count;
         rows.resize(rows.size() + n, nullptr);
