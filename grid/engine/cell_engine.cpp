@@ -56,25 +56,25 @@ RowData *&CellEngine::writable(int32_t row)
     const int32_t limit = cuts_.Limit(r->stamp());
     if (limit == INT32_MAX) return slot;
     const auto keep = static_cast<uint32_t>(limit);
-    RowData::Meta meta = r->meta();
-    meta.stamp = cuts_.Now();
-    meta.style_cells = std::min(meta.style_cells, keep);
-    if (meta.formats) {
-        auto &cells = meta.formats->cells;
+    // Formats and style first, in place: should the texts' rewrite fail, the row is still
+    // whole and the cut still hides its texts.
+    if (RowFormats *own = r->formats()) {
+        auto &cells = own->cells;
         cells.erase(std::lower_bound(cells.begin(), cells.end(), std::pair<uint32_t, uint32_t>(keep, 0)), cells.end());
         if (cells.empty()) {
-            delete meta.formats;
-            meta.formats = nullptr;
+            r->set_formats(nullptr);
+            delete own;
         }
     }
+    r->set_style(r->style(), std::min(r->style_cells(), keep));
     if (r->cells() > keep) {
+        RowData::Meta meta = r->meta();
+        meta.stamp = cuts_.Now();
         RowData *trimmed = RowData::Rewrite(r, meta, keep, -1, {});
         ReleaseTexts(r);
         slot = r = trimmed;
     } else {
-        r->set_formats(meta.formats);
-        r->set_style(meta.style, meta.style_cells);
-        r->set_stamp(meta.stamp);
+        r->set_stamp(cuts_.Now());
     }
     if (r->empty()) {
         DestroyRow(r);
@@ -362,17 +362,14 @@ void CellEngine::Clear()
 {
     if (observer_) observer_->BeforeReorder();
     for (int32_t row = 0; row < Rows(); ++row) {
-        RowData *&slot = rows_.At(static_cast<size_t>(row));
+        RowData *&slot = writable(row); // the cut cells' formats go too
         if (!slot || slot->cells() == 0) continue;
-        RowData *&w = writable(row);
-        if (!w) continue;
-        RowData::Meta meta = w->meta();
-        RowData *emptied = RowData::Rewrite(w, meta, 0, -1, {});
-        ReleaseTexts(w);
-        w = emptied;
-        if (w->empty()) {
-            DestroyRow(w);
-            w = nullptr;
+        RowData *emptied = RowData::Rewrite(slot, slot->meta(), 0, -1, {});
+        ReleaseTexts(slot);
+        slot = emptied;
+        if (emptied->empty()) {
+            DestroyRow(emptied);
+            slot = nullptr;
         }
     }
 }
