@@ -6,6 +6,7 @@
 #include "grid/grid_model.h"
 #include "grid/grid_painter.h"
 #include "grid/grid_view.h"
+#include "grid/window_sync.h"
 #include "runtime/control_impl.h"
 #include "tarnctls_h.h"
 
@@ -138,14 +139,18 @@ private:
         void BoxHide() override { owner.box_hide(); }
         void SetMousePointer(int16_t pointer) override;
         void FontUpdate() override { owner.apply_font(); }
-        void Relayout() override { owner.Resize(); }
+        void Relayout() override { owner.relayout(); }
         grid &owner;
     };
 
     GridView compute_view() const;
-    // After every operation: scroll bars and picture follow the model (while Redraw is on).
+    // After every operation: the picture and the scroll bars are marked out of date (while
+    // Redraw is on) and follow when the window next paints or its message arrives.
     void changed();
-    void update_scroll_bars();
+    // The layout changed whatever Redraw says (GridRefresh, AllowGridEdit).
+    void relayout();
+    // Sets the scroll bars to the model's counts, page and position where they differ.
+    void sync_scroll_bars();
     void scroll_to(int32_t top_row, int32_t left_col);
     void ensure_visible(int32_t row, int32_t col);
     void box_show();
@@ -161,6 +166,7 @@ private:
 
     ModelHost host_;
     GridModel model_;
+    WindowSync sync_;
     GridPainter painter_;
     GridColours colours_;
     ComPtr<IFontDisp> font_;

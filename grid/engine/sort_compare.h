@@ -1,5 +1,7 @@
 // The grid's generic sort order of cell texts: numbers as numbers, other text as text.
 #pragma once
+#include "grid/engine/cell_text.h"
+
 #include <string_view>
 
 namespace tarn {
@@ -8,19 +10,22 @@ namespace tarn {
 // optional point and fraction, optional exponent), blanks allowed around it, optionally
 // followed by "%" so that percentage cells ("12.5 %") sort by value. Nothing else does: an
 // empty text, "1,000", "12 kg", dates. Non-finite values are not numbers.
-bool ParseSortNumber(std::wstring_view text, double &value);
+bool ParseSortNumber(CellText text, double &value);
+inline bool ParseSortNumber(std::wstring_view text, double &value) { return ParseSortNumber(AsCellText(text), value); }
 
 // A cell's sort key, computed once per row so a sort parses each text only once.
 struct SortKey {
     bool number = false;
     double value = 0;
-    std::wstring_view text;
+    CellText text;
 };
 
-SortKey MakeSortKey(std::wstring_view text);
+SortKey MakeSortKey(CellText text);
+inline SortKey MakeSortKey(std::wstring_view text) { return MakeSortKey(AsCellText(text)); }
 
 // Texts compared code unit by code unit with the ASCII letters folded to lower case; <0, 0, >0.
-int CompareTextNoCase(std::wstring_view a, std::wstring_view b);
+int CompareTextNoCase(CellText a, CellText b);
+inline int CompareTextNoCase(std::wstring_view a, std::wstring_view b) { return CompareTextNoCase(AsCellText(a), AsCellText(b)); }
 
 // The ascending order, a strict weak ordering: every number comes before every other text;
 // numbers by value (0 and -0 are equal); other texts by CompareTextNoCase, so "abc" and "ABC"

@@ -1,5 +1,5 @@
-// The formatting a single grid cell may carry beyond its text. Most cells carry none, so
-// a format is stored only for cells that have at least one attribute of their own.
+// The formatting a grid cell may carry beyond its text. Most cells carry none; the others
+// share one record per distinct format (grid/engine/format_table.h).
 #pragma once
 #include <cstdint>
 #include <string>
@@ -25,7 +25,6 @@ enum CellAlign : int16_t {
 struct CellFormat {
     enum : uint8_t { kAlign = 1, kFont = 2, kSize = 4, kBold = 8, kStrike = 16, kFore = 32, kBack = 64 };
 
-    int32_t col = 0;      // the column within its row (formats of a row are kept sorted by it)
     uint8_t set = 0;
     bool bold = false;
     bool strike = false;
@@ -36,6 +35,19 @@ struct CellFormat {
     uint32_t back = 0;
 
     bool has(uint8_t field) const { return (set & field) != 0; }
+
+    // Takes the fields `changes` sets, keeping the others.
+    void Apply(const CellFormat &changes)
+    {
+        if (changes.has(kAlign)) alignment = changes.alignment;
+        if (changes.has(kFont)) font = changes.font;
+        if (changes.has(kSize)) size = changes.size;
+        if (changes.has(kBold)) bold = changes.bold;
+        if (changes.has(kStrike)) strike = changes.strike;
+        if (changes.has(kFore)) fore = changes.fore;
+        if (changes.has(kBack)) back = changes.back;
+        set |= changes.set;
+    }
 };
 
 // The grid-wide look a cell has where it sets nothing of its own.

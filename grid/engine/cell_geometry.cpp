@@ -1,8 +1,8 @@
 // The cell engine's sizes and positions: column widths, row heights, cell places in twips.
-#include "grid/cell_engine.h"
+#include "grid/engine/cell_engine.h"
 
 #include "foundation/checked.h"
-#include "grid/row_record.h"
+#include "grid/engine/row_data.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -29,23 +29,26 @@ void CellEngine::SetColWidth(int32_t col, int32_t twips)
 int32_t CellEngine::RowHeight(int32_t row) const
 {
     check_row(row);
-    const RowPtr &p = rows_[static_cast<size_t>(row)];
-    return (p && p->height >= 0) ? p->height : kDefaultRowHeight;
+    const RowData *r = rows_.Get(static_cast<size_t>(row));
+    return (r && r->height() >= 0) ? r->height() : kDefaultRowHeight;
 }
 
 void CellEngine::SetRowHeight(int32_t row, int32_t twips)
 {
     check_row(row);
     if (twips < 0 || twips == kDefaultRowHeight) {
-        RowPtr &p = rows_[static_cast<size_t>(row)];
-        if (!p || p->height < 0) return;
-        p->height = -1;
+        RowData *&slot = rows_.At(static_cast<size_t>(row));
+        if (!slot || slot->height() < 0) return;
+        slot->set_height(-1);
         --custom_heights_;
-        if (p->empty()) p.reset();
+        if (slot->empty()) {
+            DestroyRow(slot);
+            slot = nullptr;
+        }
     } else {
-        RowRecord &r = row_record(row);
-        if (r.height < 0) ++custom_heights_;
-        r.height = twips;
+        RowData *r = record(row);
+        if (r->height() < 0) ++custom_heights_;
+        r->set_height(twips);
     }
     row_pos_valid_ = false;
 }
@@ -68,11 +71,11 @@ void CellEngine::ensure_row_positions() const
     if (row_pos_valid_) return;
     row_pos_.resize(rows_.size() + 1);
     int64_t y = 0;
-    for (size_t r = 0; r < rows_.size(); ++r) {
-        row_pos_[r] = y;
-        const RowPtr &p = rows_[r];
-        y += (p && p->height >= 0) ? p->height : kDefaultRowHeight;
-    }
+    size_t i = 0;
+    rows_.Visit(0, rows_.size(), [&](const RowData *r) {
+        row_pos_[i++] = y;
+        y += (r && r->height() >= 0) ? r->height() : kDefaultRowHeight;
+    });
     row_pos_[rows_.size()] = y;
     row_pos_valid_ = true;
 }

@@ -7,39 +7,45 @@
 // std::length_error for a count beyond the limits below, std::invalid_argument for a bad
 // value, tarn::Overflow when a twip position does not fit 32 bits. The grid's resume-next
 // trap (foundation/trap.h) turns each of those into a skipped step. Reads that cannot fail
-// (TextAt, StyleAt) answer the empty text and the defaults outside the grid.
+// (TextAt, TextRef, StyleAt) answer the empty text and the defaults outside the grid.
 //
-// Storage: rows are separately allocated records in a deque, so inserting, removing and
-// sorting rows move pointers, never texts, and adding or removing at either end is O(1). A
-// row that holds nothing costs one null pointer. A row keeps its texts one after the other in
-// a single buffer with the end offset of each cell, up to its last written column only: a
-// cell costs its characters and four bytes, a wide grid nothing for columns nobody wrote, and
-// a row two allocations however many cells it has. Writing a cell in the middle of a row
-// moves the rest of that row's text (rows are short; filling left to right only appends).
-// Formatting is sparse: a cell whose formatting is the default costs nothing beyond its text.
+// Storage (what a host filling a million rows meets):
+//  - rows are records of their own (grid/engine/row_data.h) kept in order in a blocked
+//    sequence (grid/engine/row_sequence.h): inserting, removing and sorting rows move
+//    pointers, never texts, in O(log n) wherever the row goes; a row that holds nothing costs
+//    one null pointer;
+//  - a row is one allocation: its texts in the narrowest character width that holds them
+//    (Latin-1 text costs a byte a character) with the end of each cell, up to its last
+//    written cell and without slack;
+//  - formats are shared (grid/engine/format_table.h): a cell costs a format id only when it
+//    has a format of its own, and rows a file loaded share one row style;
+//  - removing columns trims no row at once (grid/engine/column_cuts.h): ColDel is O(1), and
+//    a row drops the cut cells when it is next written.
 #pragma once
-#include "grid/cell_format.h"
+#include "grid/engine/cell_format.h"
+#include "grid/engine/cell_text.h"
+#include "grid/engine/column_cuts.h"
+#include "grid/engine/format_table.h"
+#include "grid/engine/row_sequence.h"
 
 #include <cstdint>
 #include <deque>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace tarn {
 
-// Told about every change of the texts before it happens, while the old texts can still be
-// read, so that a value derived from a column (the summary total) can be kept or settled.
+// Told about every change of the texts, while the texts a change replaces can still be read,
+// so that a value derived from a column (the summary totals) can be kept or settled.
 class CellEngineObserver {
 public:
     virtual ~CellEngineObserver() = default;
-    // One cell's text is about to be replaced (rows being inserted bring their texts with
-    // them and report only BeforeRowsInserted).
-    virtual void BeforeTextChange(int32_t row, int32_t col) = 0;
-    // `count` rows are about to appear at `at`; rows from `at` on move down.
-    virtual void BeforeRowsInserted(int32_t at, int32_t count) = 0;
+    // One cell's text is about to become `text`.
+    virtual void BeforeTextChange(int32_t row, int32_t col, std::wstring_view text) = 0;
+    // `count` rows have appeared at `at` with their texts (`empty`: none of them holds a text);
+    // the rows from `at` on moved down.
+    virtual void AfterRowsInserted(int32_t at, int32_t count, bool empty) = 0;
     // Rows at..at+count-1 are about to go.
     virtual void BeforeRowsRemoved(int32_t at, int32_t count) = 0;
     // Columns from `from` on are about to go, with their texts.
@@ -111,13 +117,14 @@ public:
     void SetText(std::wstring_view text) { SetTextMatrix(row_, col_, text); }
     std::wstring TextMatrix(int32_t row, int32_t col) const;
     void SetTextMatrix(int32_t row, int32_t col, std::wstring_view text);
-    // The text of any cell, the empty text outside the grid; never throws. The view stays
-    // valid until that row's texts change.
-    std::wstring_view TextAt(int32_t row, int32_t col) const noexcept;
-    // TextAt of rows first..first+count-1 (all inside the grid) in one column, into out[0..count).
-    // Rows live apart in memory, so this fetches ahead: walking a long column this way is
-    // several times faster than row by row (sorts, totals).
-    void ColumnTexts(int32_t col, int32_t first, int32_t count, std::wstring_view *out) const noexcept;
+    // The text of any cell, the empty text outside the grid; never throws (but for memory).
+    std::wstring TextAt(int32_t row, int32_t col) const { return TextRef(row, col).str(); }
+    // The same without a copy: valid until that row's texts change.
+    CellText TextRef(int32_t row, int32_t col) const noexcept;
+    // TextRef of rows first..first+count-1 (all inside the grid) in one column, into
+    // out[0..count). Rows live apart in memory, so this fetches ahead: walking a long column
+    // this way is several times faster than row by row (sorts, totals).
+    void ColumnTexts(int32_t col, int32_t first, int32_t count, CellText *out) const noexcept;
 
     // ---- sizes and positions, in twips. A negative width or height restores the default.
     int32_t ColWidth(int32_t col) const;
@@ -151,18 +158,20 @@ public:
     // take the tab-separated pieces of `item` from column 0 (pieces past the last column are
     // dropped). RemoveItem removes one row; it throws rather than remove the last non-fixed
     // row. The current row keeps its number, moved back inside when it falls off.
-    void AddItem(const std::wstring &item) { AddItem(item, Rows()); }
-    void AddItem(const std::wstring &item, int32_t index);
+    void AddItem(std::wstring_view item) { AddItem(item, Rows()); }
+    void AddItem(std::wstring_view item, int32_t index);
     void RemoveItem(int32_t index);
     // Inserts a finished row at `index` (bulk loads): cell c's text is chars[ends[c - 1],
     // ends[c]) (from 0 for cell 0), ends rising and within chars; texts past the last column
-    // are dropped. `formats` must be sorted by column, each within the grid and valid as for
-    // UpdateFormat. Throws (changing nothing) when any of that does not hold.
-    void InsertRow(int32_t index, std::wstring chars, std::vector<uint32_t> ends, std::vector<CellFormat> formats);
+    // are dropped. Its first ends.size() cells take the formats of row style `style`
+    // (MakeRowStyle; 0 none). Throws, changing nothing, when any of that does not hold.
+    void InsertRow(int32_t index, std::wstring_view chars, const std::vector<uint32_t> &ends, uint32_t style = 0);
+    // A row style: formats[c] for column c, each within what UpdateFormat accepts.
+    uint32_t MakeRowStyle(const std::vector<CellFormat> &formats);
     // Empties every text; counts, sizes and formatting stay.
     void Clear();
     // Sorts the non-fixed rows by the current column: 0 does nothing, 1 generic ascending,
-    // 2 generic descending (grid/sort_compare.h), both stable; other codes throw.
+    // 2 generic descending (grid/engine/sort_compare.h), both stable; other codes throw.
     void Sort(int32_t code);
 
     // ---- the current cell's formatting (reads give the default where the cell sets none).
@@ -199,13 +208,20 @@ public:
     // One observer at most (nullptr: none); it must outlive its registration.
     void SetObserver(CellEngineObserver *observer) { observer_ = observer; }
 
-private:
-    struct RowRecord;
-    using RowPtr = std::unique_ptr<RowRecord>;
+    // Bytes the rows take: their records and the row pointers (not the allocator's own
+    // overhead, nor the shared formats).
+    size_t StorageBytes() const;
 
+private:
     void check_row(int32_t row) const;
     void check_col(int32_t col) const;
-    RowRecord &row_record(int32_t row);
+    // How many cells of a row are still there after the columns cut since it was trimmed.
+    uint32_t live_cells(const RowData *r) const;
+    // The row's slot with the columns cut since it was last trimmed dropped for real.
+    RowData *&writable(int32_t row);
+    // The row's slot, a record made for it when it has none.
+    RowData *&record(int32_t row);
+    uint32_t format_id(const RowData *r, int32_t col) const;
     void clamp_positions();
     void rows_changed();
     void widths_changed();
@@ -213,10 +229,12 @@ private:
     void ensure_col_positions() const;
     void format_current(const CellFormat &changes) { UpdateFormat(row_, col_, changes); }
     void check_format(const CellFormat &changes) const;
-    void insert_record(int32_t index, RowPtr record);
+    void insert_record(int32_t index, RowData *record, bool empty);
     const CellFormat *current_format() const;
 
-    std::deque<RowPtr> rows_;
+    RowSequence rows_;
+    ColumnCuts cuts_;
+    FormatTable formats_;
     std::vector<int32_t> widths_;
     int32_t fixed_rows_ = 0, fixed_cols_ = 0;
     int32_t row_ = 0, col_ = 0;

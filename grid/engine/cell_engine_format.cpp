@@ -1,8 +1,8 @@
-// The cell engine's per-cell formatting: sparse formats, interned font names, the current
+// The cell engine's per-cell formatting: shared formats, interned font names, the current
 // cell's format properties.
-#include "grid/cell_engine.h"
+#include "grid/engine/cell_engine.h"
 
-#include "grid/row_record.h"
+#include "grid/engine/row_data.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -25,14 +25,25 @@ const std::wstring &CellEngine::FontName(uint16_t index) const noexcept
     return fonts_[index - 1u];
 }
 
+uint32_t CellEngine::format_id(const RowData *r, int32_t col) const
+{
+    if (!r) return 0;
+    const auto c = static_cast<uint32_t>(col);
+    const int32_t limit = cuts_.Limit(r->stamp());
+    if (limit != INT32_MAX && c >= static_cast<uint32_t>(limit)) return 0;
+    if (const RowFormats *own = r->formats()) {
+        auto it = std::lower_bound(own->cells.begin(), own->cells.end(), std::pair<uint32_t, uint32_t>(c, 0));
+        if (it != own->cells.end() && it->first == c) return it->second;
+    }
+    if (c < r->style_cells()) return formats_.Style(r->style())[c];
+    return 0;
+}
+
 const CellFormat *CellEngine::FormatAt(int32_t row, int32_t col) const noexcept
 {
     if (row < 0 || row >= Rows() || col < 0 || col >= Cols()) return nullptr;
-    const RowPtr &p = rows_[static_cast<size_t>(row)];
-    if (!p) return nullptr;
-    auto it = std::lower_bound(p->formats.begin(), p->formats.end(), col,
-                               [](const CellFormat &f, int32_t c) { return f.col < c; });
-    return (it != p->formats.end() && it->col == col) ? &*it : nullptr;
+    const uint32_t id = format_id(rows_.Get(static_cast<size_t>(row)), col);
+    return id ? &formats_.Get(id) : nullptr;
 }
 
 void CellEngine::check_format(const CellFormat &changes) const
@@ -51,22 +62,22 @@ void CellEngine::UpdateFormat(int32_t row, int32_t col, const CellFormat &change
     check_format(changes);
     if (changes.set == 0) return;
 
-    RowRecord &r = row_record(row);
-    auto it = std::lower_bound(r.formats.begin(), r.formats.end(), col,
-                               [](const CellFormat &f, int32_t c) { return f.col < c; });
-    if (it == r.formats.end() || it->col != col) {
-        it = r.formats.insert(it, CellFormat{});
-        it->col = col;
+    const uint32_t old = format_id(rows_.Get(static_cast<size_t>(row)), col);
+    CellFormat f = formats_.Get(old);
+    f.Apply(changes);
+    const uint32_t id = formats_.Intern(f);
+    if (id == old) return;
+
+    RowData *r = record(row);
+    RowFormats *own = r->formats();
+    if (!own) {
+        own = new RowFormats;
+        r->set_formats(own);
     }
-    CellFormat &f = *it;
-    if (changes.has(CellFormat::kAlign)) f.alignment = changes.alignment;
-    if (changes.has(CellFormat::kFont)) f.font = changes.font;
-    if (changes.has(CellFormat::kSize)) f.size = changes.size;
-    if (changes.has(CellFormat::kBold)) f.bold = changes.bold;
-    if (changes.has(CellFormat::kStrike)) f.strike = changes.strike;
-    if (changes.has(CellFormat::kFore)) f.fore = changes.fore;
-    if (changes.has(CellFormat::kBack)) f.back = changes.back;
-    f.set |= changes.set;
+    const auto c = static_cast<uint32_t>(col);
+    auto it = std::lower_bound(own->cells.begin(), own->cells.end(), std::pair<uint32_t, uint32_t>(c, 0));
+    if (it != own->cells.end() && it->first == c) it->second = id;
+    else own->cells.insert(it, {c, id});
 }
 
 CellEngine::CellStyle CellEngine::StyleAt(int32_t row, int32_t col) const noexcept
