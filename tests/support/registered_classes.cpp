@@ -147,7 +147,7 @@ RoundTrip FindRoundTrip(IDispatch *d, const RegisteredClass &cls)
         case VT_BSTR: t.a = host::Str(L"Round one"), t.b = host::Str(L"Round two"); break;
         case VT_BOOL: t.a = host::Bool(true), t.b = host::Bool(false); break;
         case VT_I2: t.a = host::I2(1), t.b = host::I2(2); break;
-        case VT_I4: case VT_UI4: t.a = host::I4(1), t.b = host::I4(2); break;
+        case VT_I4: case VT_UI4: case VT_INT: case VT_UINT: t.a = host::I4(1), t.b = host::I4(2); break;
         case VT_I8: { // a handle-sized number (1 and 2 are no window's handle)
             VARIANT *a = t.a.put(), *b = t.b.put();
             V_VT(a) = V_VT(b) = VT_I8;
