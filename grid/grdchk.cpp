@@ -72,10 +72,11 @@ void grdchk::ReadProperties(PropertyBag &bag)
 
 void grdchk::WriteProperties(PropertyBag &bag)
 {
-    step([&] { bag.write_bool(L"ENABLED", chkBOX.Enabled(), true); });
-    step([&] { bag.write_int(L"VALUE", chkBOX.Value(), 0); });
-    step([&] { bag.write_int(L"Value", chkBOX.Value(), 0); });
-    step([&] { bag.write_color(L"BackColor", chkBOX.BackColor(), syscolor::ButtonFace); });
+    // Every key is stored, defaults included: a grid reading a saved cell finds all four.
+    step([&] { bag.write_bool(L"ENABLED", chkBOX.Enabled()); });
+    step([&] { bag.write_int(L"VALUE", chkBOX.Value()); });
+    step([&] { bag.write_int(L"Value", chkBOX.Value()); });
+    step([&] { bag.write_color(L"BackColor", chkBOX.BackColor()); });
 }
 
 // ---------------------------------------------------------------- layout

@@ -412,7 +412,13 @@ TEST_F(GridCheckTest, BothValueKeysAreWrittenAndTheLaterOneReadDecides)
 {
     Hosted &c = place(kCheckProgId);
     EXPECT_EQ(kNew, state(c));
-    EXPECT_TRUE(c.save_bag()->keys().empty()); // every key equals its default
+    // Saved unchanged, every key is stored with its default.
+    ComPtr<Bag> fresh = c.save_bag();
+    EXPECT_EQ((std::vector<std::wstring>{L"ENABLED", L"VALUE", L"Value", L"BackColor"}), fresh->keys());
+    EXPECT_EQ((std::vector<long long>{-1, 0, 0, static_cast<int32_t>(0x8000000F)}),
+              (std::vector<long long>{as_integer(fresh->get(L"ENABLED")), as_integer(fresh->get(L"VALUE")),
+                                      as_integer(fresh->get(L"Value")), as_integer(fresh->get(L"BackColor"))}));
+    EXPECT_EQ(VT_BOOL, V_VT(fresh->get(L"ENABLED").get()));
     c.put(L"Value", I2(1));
     c.put(L"Enabled", Bool(false));
     c.put(L"BACKCOLOR", ole(0x00112233));

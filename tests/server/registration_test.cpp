@@ -323,7 +323,7 @@ TEST(AtlAxWin, HostsActivatesAndPaintsAFrame)
     HWND ax = CreateWindowExW(0, L"AtlAxWin", L"TarnControls.cframe", WS_CHILD | WS_VISIBLE, 10, 10, 200, 30,
                               form.hwnd(), nullptr, nullptr, nullptr);
     ASSERT_TRUE(ax);
-    host::pump(50);
+    host::pump();
     ComPtr<IUnknown> control;
     ASSERT_EQ(S_OK, get_control(ax, control.put()));
     // In place, in a window of its own inside the container's window.
@@ -342,11 +342,10 @@ TEST(AtlAxWin, HostsActivatesAndPaintsAFrame)
     EXPECT_EQ(GetSysColor(COLOR_3DDKSHADOW), picture.pixel(r.right - 1, r.bottom - 1));
     // Resizing the container's window resizes the control's.
     MoveWindow(ax, 10, 10, 300, 40, TRUE);
-    host::pump(50);
-    GetClientRect(own, &r);
+    test::pump_until([&] { return GetClientRect(own, &r) && r.right == 300; });
     EXPECT_EQ(300, r.right);
     control.reset();
     window.reset();
     DestroyWindow(ax);
-    host::pump(50);
+    host::pump();
 }
