@@ -1,8 +1,9 @@
+#include "foundation/checked.h"
 #include "frames/cframe.h"
 
-#include "foundation/font_object.h"
 #include "foundation/metrics.h"
 #include "frames/cframe_layout.h"
+#include "runtime/property_values.h"
 
 namespace tarn {
 
@@ -15,6 +16,7 @@ const ControlClass cframe::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST | OLEMISC_NOUIACTIVATE,
     &cframe::Create,
+    true, // draws itself, touches no file and no other window
 };
 
 namespace {
@@ -60,11 +62,7 @@ cframe::cframe()
                     &lneRIGHTSHADOW, &lneBOTTOMDARKSHADOW, &lneBOTTOMSHADOW})
         add_constituent(*l);
     add_constituent(lblDESC);
-    // The caption label's own mouse events are the frame's; its double click raises nothing.
-    lblDESC.on_click = [this] { raise(events::Click); };
-    lblDESC.on_mouse_down = [this](int16_t b, int16_t s, float x, float y) { raise_mouse(events::MouseDown, b, s, x, y); };
-    lblDESC.on_mouse_move = [this](int16_t b, int16_t s, float x, float y) { raise_mouse(events::MouseMove, b, s, x, y); };
-    lblDESC.on_mouse_up = [this](int16_t b, int16_t s, float x, float y) { raise_mouse(events::MouseUp, b, s, x, y); };
+    RaiseMouseEventsOf(lblDESC);
 }
 
 void cframe::Initialize()
@@ -74,10 +72,7 @@ void cframe::Initialize()
     SetBackColor(syscolor::ButtonFace);
     SetForeColor(syscolor::WindowText);
     lblDESC.Caption = kDefaultCaption;
-    FontSpec design;
-    design.name = L"Tahoma";
-    design.size = 8.25;
-    lblDESC.Font = ComPtr<IFontDisp>::attach(CreateFontObject(design));
+    lblDESC.Font = DesignFont();
 }
 
 // ---------------------------------------------------------------- persistence
@@ -159,11 +154,15 @@ HRESULT cframe::put_color(Line &line, OLE_COLOR value, const wchar_t *key, bool 
     });
 }
 
-STDMETHODIMP cframe::get_Alignment(short *v) { return get_value(v, [&] { return lblDESC.Alignment; }); }
-STDMETHODIMP cframe::put_Alignment(short v)
+STDMETHODIMP cframe::get_Alignment(Alignments *v)
 {
+    return get_value(v, [&] { return static_cast<Alignments>(lblDESC.Alignment); });
+}
+STDMETHODIMP cframe::put_Alignment(Alignments v)
+{
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
     return put_value(L"ALIGNMENT", [&] {
-        lblDESC.Alignment = v;
+        lblDESC.Alignment = static_cast<int16_t>(static_cast<int32_t>(v));
         Invalidate();
     });
 }
@@ -195,10 +194,7 @@ STDMETHODIMP cframe::putref_Font(IFontDisp *v) { return set_font(v); }
 HRESULT cframe::set_font(IFontDisp *v)
 {
     return put_value(L"FONT", [&] {
-        // A copy of the host's font: later changes to the host's object do not reach the frame.
-        ComPtr<IFontDisp> copy = ComPtr<IFontDisp>::attach(CloneFontObject(v));
-        if (!copy) throw std::invalid_argument("not a font");
-        lblDESC.Font = copy;
+        lblDESC.Font = CopyOfFont(v);
         Invalidate();
     });
 }
@@ -221,5 +217,14 @@ STDMETHODIMP cframe::get_TopHighlightColor(OLE_COLOR *v) { return get_value(v, [
 STDMETHODIMP cframe::put_TopHighlightColor(OLE_COLOR v) { return put_color(lneTOPHIGHLIGHT, v, L"TOPHIGHLIGHTCOLOR", false); }
 STDMETHODIMP cframe::get_TopLightShadowColor(OLE_COLOR *v) { return get_value(v, [&] { return lneTOPLIGHTSHADOW.BorderColor; }); }
 STDMETHODIMP cframe::put_TopLightShadowColor(OLE_COLOR v) { return put_color(lneTOPLIGHTSHADOW, v, L"TOPLIGHTSHADOWCOLOR", false); }
+
+std::wstring cframe::Caption()
+{
+    // A caption drawn without mnemonics reads its ampersands as they are.
+    if (lblDESC.UseMnemonic) return lblDESC.Caption;
+    std::wstring doubled;
+    for (wchar_t c : lblDESC.Caption) doubled += c == L'&' ? L"&&" : std::wstring(1, c);
+    return doubled;
+}
 
 } // namespace tarn

@@ -13,6 +13,7 @@ const ControlClass downarrow::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST | OLEMISC_NOUIACTIVATE,
     &downarrow::Create,
+    true, // draws itself, touches no file and no other window
 };
 
 namespace {
@@ -24,8 +25,7 @@ constexpr double kFlatFrom = 4.99;            // versions from here on get the f
 downarrow::downarrow()
     : lneARROW1(L"lneARROW1", 0, 45, 180, 45), lneARROW2(L"lneARROW2", 15, 60, 165, 60),
       lneARROW3(L"lneARROW3", 30, 75, 150, 75), lneARROW4(L"lneARROW4", 45, 90, 135, 90),
-      lneARROW5(L"lneARROW5", 60, 105, 120, 105), lneARROW6(L"lneARROW6", 75, 120, 105, 120),
-      described_(ROLE_SYSTEM_GRAPHIC, [] { return std::wstring(L"Drop-down arrow"); })
+      lneARROW5(L"lneARROW5", 60, 105, 120, 105), lneARROW6(L"lneARROW6", 75, 120, 105, 120)
 {
     for (Line *l : {&lneARROW1, &lneARROW2, &lneARROW3, &lneARROW4, &lneARROW5, &lneARROW6}) {
         l->Thickness = kRow;
@@ -45,13 +45,6 @@ void downarrow::Initialize()
 void downarrow::force_size()
 {
     step([&] { SetSizeTwips(kWidth, kHeight); });
-}
-
-LRESULT downarrow::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
-{
-    handled = false;
-    if (msg == WM_GETOBJECT) return described_.answer(hWnd(), wp, lp, handled);
-    return 0;
 }
 
 STDMETHODIMP downarrow::get_Appearance(short *v) { return get_value(v, [&] { return Appearance(); }); }

@@ -5,7 +5,6 @@
 // size back. Its surface's look (flat or 3-D) follows the system version, read once when it is
 // created; hosts can read it through the stock Appearance property, which is hidden.
 #pragma once
-#include "runtime/accessible.h"
 #include "runtime/control_impl.h"
 #include "tarnctls_h.h"
 
@@ -25,14 +24,13 @@ protected:
     void ReadProperties(PropertyBag &) override { force_size(); }
     void Resize() override { force_size(); }
     void AmbientChanged(DISPID) override { force_size(); }
-    LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
     bool CanGetFocus() const override { return false; }
+    long AccessibleRole() override { return ROLE_SYSTEM_GRAPHIC; }
 
 private:
     void force_size();
 
     Line lneARROW1, lneARROW2, lneARROW3, lneARROW4, lneARROW5, lneARROW6;
-    AccessibleDescription described_;
 };
 
 } // namespace tarn

@@ -11,6 +11,7 @@ const ControlClass rsz::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST | OLEMISC_NOUIACTIVATE,
     &rsz::Create,
+    false, // hooks and resizes the form it sits on: not safe for scripting
 };
 
 } // namespace tarn

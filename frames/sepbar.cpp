@@ -1,11 +1,8 @@
 #include "frames/sepbar.h"
 
-#include <stdexcept>
-
-#include "foundation/color_translate.h"
-#include "foundation/font_object.h"
 #include "foundation/strings.h"
 #include "foundation/themes.h"
+#include "runtime/property_values.h"
 
 namespace tarn {
 
@@ -18,6 +15,7 @@ const ControlClass sepbar::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST | OLEMISC_NOUIACTIVATE,
     &sepbar::Create,
+    true, // draws itself, touches no file and no other window
 };
 
 namespace {
@@ -29,8 +27,7 @@ constexpr wchar_t kTitleEnd[] = L"  ";
 // with its title at once and runs past any width a bar is given. Both are collapsed to a line
 // (no height), so their sides and bottoms never show.
 sepbar::sepbar()
-    : framLEFTSPACER(L"framLEFTSPACER", 0, 0, 120, 0), framMAIN(L"framMAIN", 120, 0, 60000, 0),
-      described_(ROLE_SYSTEM_SEPARATOR, [this] { return Trim(framMAIN.Caption); })
+    : framLEFTSPACER(L"framLEFTSPACER", 0, 0, 120, 0), framMAIN(L"framMAIN", 120, 0, 60000, 0)
 {
     framMAIN.CaptionIndent = 0;
     add_constituent(framLEFTSPACER);
@@ -41,10 +38,7 @@ void sepbar::Initialize()
 {
     SetDesignSize(3000, 255);
     framMAIN.Caption = kDesignCaption;
-    FontSpec design;
-    design.name = L"Tahoma";
-    design.size = 8.25;
-    use_font(ComPtr<IFontDisp>::attach(CreateFontObject(design)));
+    use_font(DesignFont());
     bool themed = ThemedLook();
     framLEFTSPACER.Themed = framMAIN.Themed = themed;
 }
@@ -78,12 +72,8 @@ void sepbar::WriteProperties(PropertyBag &bag)
     step([&] { bag.write_font(L"FONT", font_.get()); });
 }
 
-LRESULT sepbar::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
-{
-    handled = false;
-    if (msg == WM_GETOBJECT) return described_.answer(hWnd(), wp, lp, handled);
-    return 0;
-}
+// The title as a screen reader reads it, without the blanks that end it.
+std::wstring sepbar::Caption() { return Trim(framMAIN.Caption); }
 
 // ---------------------------------------------------------------- properties
 
@@ -91,7 +81,7 @@ STDMETHODIMP sepbar::get_BACKCOLOR(OLE_COLOR *v) { return get_value(v, [&] { ret
 STDMETHODIMP sepbar::put_BACKCOLOR(OLE_COLOR v)
 {
     return put_value(L"BACKCOLOR", [&] {
-        if (TranslateColor(v) == kInvalidColor) throw std::invalid_argument("not a colour");
+        RequireColour(v);
         SetBackColor(v);
         framLEFTSPACER.BackColor = v;
         framMAIN.BackColor = v;
@@ -104,6 +94,8 @@ STDMETHODIMP sepbar::put_CAPTION(BSTR v)
     return put_value(L"CAPTION", [&] {
         framMAIN.Caption = Trim(from_bstr(v)) + kTitleEnd;
         Invalidate();
+        AccessibleChanged(EVENT_OBJECT_NAMECHANGE);
+        ControlInfoChanged();
     });
 }
 
@@ -112,12 +104,7 @@ STDMETHODIMP sepbar::put_Font(IFontDisp *v) { return set_font(v); }
 STDMETHODIMP sepbar::putref_Font(IFontDisp *v) { return set_font(v); }
 HRESULT sepbar::set_font(IFontDisp *v)
 {
-    return put_value(L"FONT", [&] {
-        // A copy of the host's font: later changes to the host's object do not reach the bar.
-        ComPtr<IFontDisp> copy = ComPtr<IFontDisp>::attach(CloneFontObject(v));
-        if (!copy) throw std::invalid_argument("not a font");
-        use_font(copy);
-    });
+    return put_value(L"FONT", [&] { use_font(CopyOfFont(v)); });
 }
 
 } // namespace tarn

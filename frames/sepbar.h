@@ -8,7 +8,6 @@
 // which is also the caption's save default while the restore default is the empty string: a
 // caption of exactly "TEXT SEPARATOR" is not saved and comes back empty.
 #pragma once
-#include "runtime/accessible.h"
 #include "runtime/control_impl.h"
 #include "runtime/group_frame.h"
 #include "tarnctls_h.h"
@@ -28,13 +27,16 @@ public:
     STDMETHODIMP get_Font(IFontDisp **value) override;
     STDMETHODIMP put_Font(IFontDisp *value) override;
     STDMETHODIMP putref_Font(IFontDisp *value) override;
+    STDMETHODIMP get__Default(BSTR *value) override { return get_CAPTION(value); }
+    STDMETHODIMP put__Default(BSTR value) override { return put_CAPTION(value); }
 
 protected:
     void Initialize() override;
     void ReadProperties(PropertyBag &bag) override;
     void WriteProperties(PropertyBag &bag) override;
-    LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
     bool CanGetFocus() const override { return false; }
+    std::wstring Caption() override;
+    long AccessibleRole() override { return ROLE_SYSTEM_SEPARATOR; }
 
 private:
     HRESULT set_font(IFontDisp *value);
@@ -43,7 +45,6 @@ private:
 
     GroupFrame framLEFTSPACER, framMAIN;
     ComPtr<IFontDisp> font_; // behind Font
-    AccessibleDescription described_;
 };
 
 } // namespace tarn

@@ -13,12 +13,12 @@ const ControlClass sepvbar::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST | OLEMISC_NOUIACTIVATE,
     &sepvbar::Create,
+    true, // draws itself, touches no file and no other window
 };
 
 // No width: the frame collapses to its two-pixel upright line, 45 twips from the left; its top
 // and bottom lie far outside any bar.
-sepvbar::sepvbar()
-    : framMAIN(L"framMAIN", 45, -30000, 0, 60000), described_(ROLE_SYSTEM_SEPARATOR, nullptr)
+sepvbar::sepvbar() : framMAIN(L"framMAIN", 45, -30000, 0, 60000)
 {
     add_constituent(framMAIN);
 }
@@ -27,13 +27,6 @@ void sepvbar::Initialize()
 {
     SetDesignSize(120, 1005);
     framMAIN.Themed = ThemedLook();
-}
-
-LRESULT sepvbar::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
-{
-    handled = false;
-    if (msg == WM_GETOBJECT) return described_.answer(hWnd(), wp, lp, handled);
-    return 0;
 }
 
 } // namespace tarn

@@ -2,7 +2,6 @@
 // (framMAIN) collapsed to an etched vertical line. It has no members and no code of its own:
 // the frame keeps its design place, near the left edge, and runs past any height.
 #pragma once
-#include "runtime/accessible.h"
 #include "runtime/control_impl.h"
 #include "runtime/group_frame.h"
 #include "tarnctls_h.h"
@@ -16,12 +15,11 @@ public:
 
 protected:
     void Initialize() override;
-    LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
     bool CanGetFocus() const override { return false; }
+    long AccessibleRole() override { return ROLE_SYSTEM_SEPARATOR; }
 
 private:
     GroupFrame framMAIN;
-    AccessibleDescription described_;
 };
 
 } // namespace tarn

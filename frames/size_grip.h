@@ -14,12 +14,9 @@
 //
 // BACKCOLOR and Enabled are saved under "BACKCOLOR" and "ENABLED".
 #pragma once
-#include <stdexcept>
-
-#include "foundation/color_translate.h"
 #include "foundation/window_hooks.h"
-#include "runtime/accessible.h"
 #include "runtime/control_impl.h"
+#include "runtime/property_values.h"
 #include "tarnctls_h.h"
 
 namespace tarn {
@@ -55,7 +52,7 @@ public:
     STDMETHODIMP put_BACKCOLOR(OLE_COLOR v) override
     {
         return this->put_value(L"BACKCOLOR", [&] {
-            if (TranslateColor(v) == kInvalidColor) throw std::invalid_argument("not a colour");
+            RequireColour(v);
             this->SetBackColor(v);
         });
     }
@@ -69,10 +66,7 @@ public:
     }
 
 protected:
-    explicit SizeGrip(GripLook look)
-        : look_(look), described_(ROLE_SYSTEM_GRIP, [] { return std::wstring(L"Size grip"); }, [this] { return enabled_; })
-    {
-    }
+    explicit SizeGrip(GripLook look) : look_(look) {}
 
     void Initialize() override
     {
@@ -99,11 +93,15 @@ protected:
         if (id == DISPID_AMBIENT_USERMODE) follow(this->UserMode() && this->hWnd());
     }
     bool CanGetFocus() const override { return false; }
+    long AccessibleRole() override { return ROLE_SYSTEM_GRIP; }
+    long AccessibleState() override
+    {
+        return Base::AccessibleState() | (enabled_ ? 0 : STATE_SYSTEM_UNAVAILABLE);
+    }
 
     LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override
     {
         handled = false;
-        if (msg == WM_GETOBJECT) return described_.answer(this->hWnd(), wp, lp, handled);
         if (!form_ || !enabled_) return 0;
         if (msg == WM_SETCURSOR && LOWORD(lp) == HTCLIENT) {
             handled = true;
@@ -176,7 +174,6 @@ private:
     bool enabled_ = true;
     HWND form_ = nullptr; // the form followed, while in place at run time
     FormCornerDrag drag_;
-    AccessibleDescription described_;
 };
 
 } // namespace tarn

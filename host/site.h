@@ -24,6 +24,7 @@ struct AmbientSettings {
     OleColor back_color = syscolor::ButtonFace;
     OleColor fore_color = syscolor::ButtonText;
     std::wstring display_name = L"Control1";
+    bool display_as_default = false; // the form's default button
 };
 
 class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch, IPropertyNotifySink,
@@ -103,6 +104,11 @@ public:
     int unpaired_filters = 0;
     // A message the site answers itself in PreMessageFilter (S_FALSE), so the frame never sees it.
     UINT answered_in_filter = 0;
+    // What OnRequestEdit answers (S_FALSE refuses the change), and the DISPIDs it was asked for.
+    HRESULT request_edit_answer = S_OK;
+    std::vector<DISPID> edit_requests;
+    // What ShowPropertyFrame answers (S_OK: the container showed its own frame).
+    HRESULT property_frame_answer = E_NOTIMPL;
 
 private:
     HWND window_;

@@ -14,9 +14,10 @@ using namespace tarn::test;
 namespace {
 
 constexpr wchar_t kPanel[] = L"TarnControls.pnl";
-const std::vector<std::wstring> kSaveOrder = {L"ALIGNMENT", L"CAPTION", L"FORECOLOR", L"BACKCOLOR",
-                                              L"BORDERSTYLE", L"FILLSTYLE", L"DOTCOLOR", L"GRADIENTCOLOR1",
-                                              L"GRADIENTCOLOR2", L"GRADIENTANGLE", L"FONT"};
+// The caption's keys first, as the captioned line saves them, then the panel's own.
+const std::vector<std::wstring> kSaveOrder = {L"ALIGNMENT",     L"CAPTION",       L"FORECOLOR", L"BACKCOLOR",
+                                              L"FONT",          L"BORDERSTYLE",   L"FILLSTYLE", L"DOTCOLOR",
+                                              L"GRADIENTCOLOR1", L"GRADIENTCOLOR2", L"GRADIENTANGLE"};
 
 struct Setting {
     const wchar_t *name;
