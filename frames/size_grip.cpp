@@ -4,7 +4,6 @@
 
 #include "foundation/handles.h"
 #include "foundation/metrics.h"
-#include "frames/grip_drag.h"
 
 namespace tarn {
 
@@ -63,47 +62,13 @@ RECT GripCornerPlace(HWND form, HWND grip, int width, int height)
     return {corner.x - width, corner.y - height, corner.x, corner.y};
 }
 
-bool FormCornerDrag::Begin(HWND form, HWND grip, POINT pointer)
+bool SizeFormFromCorner(HWND form, POINT pointer)
 {
-    End();
     if (!IsWindow(form) || IsZoomed(form) || !(GetWindowLongPtrW(form, GWL_STYLE) & WS_THICKFRAME)) return false;
-    RECT r{};
-    GetWindowRect(form, &r);
-    form_ = form;
-    start_ = pointer;
-    start_size_ = {r.right - r.left, r.bottom - r.top};
-    SendMessageW(form, WM_ENTERSIZEMOVE, 0, 0);
-    SetCapture(grip);
-    return true;
-}
-
-void FormCornerDrag::Move(POINT pointer)
-{
-    if (!form_ || !IsWindow(form_)) return;
-    // The limits the system's sizing starts from, then the form's own (a resize lock's).
-    MINMAXINFO limits{};
-    limits.ptMinTrackSize = {GetSystemMetrics(SM_CXMINTRACK), GetSystemMetrics(SM_CYMINTRACK)};
-    limits.ptMaxTrackSize = {GetSystemMetrics(SM_CXMAXTRACK), GetSystemMetrics(SM_CYMAXTRACK)};
-    SendMessageW(form_, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
-    GripSize size = DraggedFormSize({start_size_.cx, start_size_.cy}, pointer.x - start_.x, pointer.y - start_.y,
-                                    {limits.ptMinTrackSize.x, limits.ptMinTrackSize.y},
-                                    {limits.ptMaxTrackSize.x, limits.ptMaxTrackSize.y});
-    RECT r{};
-    GetWindowRect(form_, &r);
-    r.right = r.left + size.width;
-    r.bottom = r.top + size.height;
-    SendMessageW(form_, WM_SIZING, WMSZ_BOTTOMRIGHT, reinterpret_cast<LPARAM>(&r));
-    if (form_ && IsWindow(form_))
-        SetWindowPos(form_, nullptr, 0, 0, r.right - r.left, r.bottom - r.top, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-void FormCornerDrag::End()
-{
-    HWND form = form_;
-    if (!form) return;
-    form_ = nullptr; // first: releasing the capture comes back here as WM_CAPTURECHANGED
+    // The system's sizing loop takes the mouse itself and runs until the button is released.
     ReleaseCapture();
-    if (IsWindow(form)) SendMessageW(form, WM_EXITSIZEMOVE, 0, 0);
+    SendMessageW(form, WM_SYSCOMMAND, SC_SIZE | WMSZ_BOTTOMRIGHT, MAKELPARAM(pointer.x, pointer.y));
+    return true;
 }
 
 } // namespace tarn

@@ -6,11 +6,11 @@
 // owner of the form's hook keeps working beside it: after each WM_SIZE it moves itself into
 // the form's bottom-right corner (asking its container, OnPosRectChange), hides while the form
 // is maximised and shows again when it is restored. A left-button press on it hands the drag
-// sizes the form as dragging its own bottom-right corner does: the grip holds the mouse and,
-// as the system's sizing does, asks the form for its tracking limits (WM_GETMINMAXINFO, which a
-// resize lock answers), offers the new rectangle (WM_SIZING) and sizes it, between
-// WM_ENTERSIZEMOVE and WM_EXITSIZEMOVE; over the grip the pointer is the diagonal sizing arrow. A disabled grip, a grip at design time and a
-// grip on a form that cannot be resized only draw themselves.
+// to the system's own sizing of the form from its bottom-right corner (WM_SYSCOMMAND, SC_SIZE
+// with WMSZ_BOTTOMRIGHT), so the form sizes exactly as when its corner is dragged: its
+// tracking limits (a resize lock's), WM_SIZING, WM_ENTERSIZEMOVE and WM_EXITSIZEMOVE, Esc
+// putting the size back. Over the grip the pointer is the diagonal sizing arrow. A disabled
+// grip, a grip at design time and a grip on a form that cannot be resized only draw themselves.
 //
 // BACKCOLOR and Enabled are saved under "BACKCOLOR" and "ENABLED".
 #pragma once
@@ -29,20 +29,10 @@ void DrawGrip(HDC dc, int w, int h, const Scale &scale, GripLook look);
 SIZE GripDesignTwips();
 // Where the grip goes for the form's current client area, in `grip`'s parent's coordinates.
 RECT GripCornerPlace(HWND form, HWND grip, int width, int height);
-// A drag of a form's bottom-right corner by its grip: Begin (false when the form cannot be
-// sized: not sizeable, maximised), Move for each pointer position (screen), End.
-class FormCornerDrag {
-public:
-    bool Begin(HWND form, HWND grip, POINT pointer);
-    void Move(POINT pointer);
-    void End();
-    bool active() const { return form_ != nullptr; }
-
-private:
-    HWND form_ = nullptr;
-    POINT start_{};
-    SIZE start_size_{};
-};
+// Hands a drag that starts at `pointer` (screen) to the system's sizing of `form` from its
+// bottom-right corner; returns when the button is released. False, doing nothing, when the
+// form cannot be sized that way (no sizing border, maximised).
+bool SizeFormFromCorner(HWND form, POINT pointer);
 
 template <class Self, class Interface> class SizeGrip : public ControlImpl<Self, Interface>, private HookObserver {
     using Base = ControlImpl<Self, Interface>;
@@ -108,22 +98,9 @@ protected:
             SetCursor(LoadCursorW(nullptr, IDC_SIZENWSE));
             return TRUE;
         }
-        switch (msg) {
-        case WM_LBUTTONDOWN:
-            handled = drag_.Begin(form_, this->hWnd(), pointer());
-            break;
-        case WM_MOUSEMOVE:
-            if ((handled = drag_.active())) {
-                ComPtr<IUnknown> alive(this->identity()); // the form's answer may close it
-                drag_.Move(pointer());
-            }
-            break;
-        case WM_LBUTTONUP:
-        case WM_CAPTURECHANGED:
-            if ((handled = drag_.active())) drag_.End();
-            break;
-        default:
-            break;
+        if (msg == WM_LBUTTONDOWN) {
+            ComPtr<IUnknown> alive(this->identity()); // the form may close it while sizing
+            handled = SizeFormFromCorner(form_, pointer());
         }
         return 0;
     }
@@ -138,7 +115,6 @@ private:
     {
         HWND form = on ? this->ParentForm() : nullptr;
         if (form == form_) return;
-        if (drag_.active()) drag_.End();
         if (form_) UnobserveWindow(form_, this);
         form_ = nullptr;
         if (form && ObserveWindow(form, this)) {
@@ -164,16 +140,11 @@ private:
         ComPtr<IUnknown> alive(this->identity());
         step([&] { keep_to_corner(); });
     }
-    void HookObserverGone() override
-    {
-        if (drag_.active()) drag_.End();
-        form_ = nullptr;
-    }
+    void HookObserverGone() override { form_ = nullptr; }
 
     GripLook look_;
     bool enabled_ = true;
     HWND form_ = nullptr; // the form followed, while in place at run time
-    FormCornerDrag drag_;
 };
 
 } // namespace tarn

@@ -40,10 +40,36 @@ protected:
     }
 };
 
-// A left-button drag by the real input path: press on `from`, move in steps by (dx, dy),
-// release, each event given its time to be delivered and handled as the form's loop would.
-void drag(POINT from, int dx, int dy)
+// A left-button drag by the real input path, one event per SendInput, sent by a thread of its
+// own as a user's hand would while this thread runs its messages: the press starts the
+// system's sizing loop here, which takes the mouse and returns only after the release, so the
+// moves and the release cannot come from this thread. They are sent once the loop has the
+// mouse (GUI_INMOVESIZE), and arrive in order; the drag ends when the loop has let go.
+struct Drag {
+    POINT from;
+    int dx, dy;
+    DWORD ui;
+    bool by_the_system = false; // the system's sizing loop had the mouse
+};
+
+bool sizing(DWORD thread)
 {
+    GUITHREADINFO g{};
+    g.cbSize = sizeof g;
+    return GetGUIThreadInfo(thread, &g) && (g.flags & GUI_INMOVESIZE);
+}
+
+// Waits up to two seconds for `done`, the time a loaded machine may take to start the loop.
+template <class F> bool wait_for(F &&done)
+{
+    for (DWORD start = GetTickCount(); !done(); Sleep(5))
+        if (GetTickCount() - start > 2000) return false;
+    return true;
+}
+
+DWORD WINAPI hand(void *param)
+{
+    Drag &d = *static_cast<Drag *>(param);
     const int sw = GetSystemMetrics(SM_CXSCREEN), sh = GetSystemMetrics(SM_CYSCREEN);
     auto send = [&](int x, int y, DWORD flags) {
         INPUT in{};
@@ -52,12 +78,25 @@ void drag(POINT from, int dx, int dy)
         in.mi.dy = MulDiv(y, 65535, sh - 1);
         in.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | flags;
         SendInput(1, &in, sizeof in);
-        pump(30);
     };
-    send(from.x, from.y, 0);
-    send(from.x, from.y, MOUSEEVENTF_LEFTDOWN);
-    for (int i = 1; i <= 4; ++i) send(from.x + dx * i / 4, from.y + dy * i / 4, 0);
-    send(from.x + dx, from.y + dy, MOUSEEVENTF_LEFTUP);
+    send(d.from.x, d.from.y, 0);
+    send(d.from.x, d.from.y, MOUSEEVENTF_LEFTDOWN);
+    d.by_the_system = wait_for([&] { return sizing(d.ui); });
+    for (int i = 1; i <= 4; ++i) send(d.from.x + d.dx * i / 4, d.from.y + d.dy * i / 4, 0);
+    send(d.from.x + d.dx, d.from.y + d.dy, MOUSEEVENTF_LEFTUP);
+    return 0;
+}
+
+void drag(POINT from, int dx, int dy)
+{
+    Drag d{from, dx, dy, GetCurrentThreadId()};
+    HANDLE t = CreateThread(nullptr, 0, hand, &d, 0, nullptr);
+    ASSERT_TRUE(t);
+    while (MsgWaitForMultipleObjects(1, &t, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) pump();
+    CloseHandle(t);
+    pump(); // the release, when no sizing loop took the mouse
+    EXPECT_TRUE(d.by_the_system);
+    EXPECT_FALSE(sizing(GetCurrentThreadId()));
 }
 
 POINT centre_of(HWND w)
