@@ -1,0 +1,19 @@
+// The text utilities' Win32 side: the screen's font names, and the font-list routines over a
+// combo box window (the rules themselves are in font_names.h).
+#pragma once
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace tarn {
+
+// The names of the fonts the screen offers, each once, sorted as a user reads them.
+std::vector<std::wstring> ScreenFonts();
+
+// Fills a combo box with the screen's font names that a font list offers.
+void FillFontList(HWND combo);
+// Removes the vertical ("@") font names from a combo box.
+void RemoveAtFonts(HWND combo);
+
+} // namespace tarn
