@@ -319,10 +319,29 @@ STDMETHODIMP UserControl::GetControlInfo(CONTROLINFO *info)
     info->hAccel = nullptr;
     info->cAccel = 0;
     info->dwFlags = 0;
+    // A new table each time: the container asks again after ControlInfoChanged.
+    std::vector<ACCEL> keys = read_step<std::vector<ACCEL>>([&] { return Accelerators(); });
+    if (accel_) DestroyAcceleratorTable(accel_);
+    accel_ = keys.empty() ? nullptr : CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size()));
+    if (accel_) {
+        info->hAccel = accel_;
+        info->cAccel = static_cast<USHORT>(keys.size());
+    }
     return S_OK;
 }
 
-STDMETHODIMP UserControl::OnMnemonic(MSG *) { return S_OK; }
+STDMETHODIMP UserControl::OnMnemonic(MSG *msg)
+{
+    if (msg) step([&] { Mnemonic(*msg); });
+    return S_OK;
+}
+
+void UserControl::ControlInfoChanged()
+{
+    step([&] {
+        if (ComPtr<IOleControlSite> cs = site_.as<IOleControlSite>(IID_IOleControlSite)) cs->OnControlInfoChanged();
+    });
+}
 
 STDMETHODIMP UserControl::OnAmbientPropertyChange(DISPID id)
 {

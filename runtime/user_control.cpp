@@ -20,6 +20,7 @@ UserControl::UserControl(const ControlClass &cls)
 
 UserControl::~UserControl()
 {
+    if (accel_) DestroyAcceleratorTable(accel_);
     if (hwnd_) {
         SetWindowLongPtrW(hwnd_, GWLP_USERDATA, 0);
         DestroyWindow(hwnd_);

@@ -225,11 +225,18 @@ protected:
     // Styles the control's window has beyond a child's (scroll bars, for instance). The
     // control's size is then its window's client area.
     virtual DWORD WindowStyle() const { return 0; }
+    // Keys the control answers while the focus is elsewhere on its form (its access keys as
+    // Alt+letter, Ctrl+Tab...): the container asks for them and hands a matching keystroke to
+    // Mnemonic. A control whose keys change calls ControlInfoChanged.
+    virtual std::vector<ACCEL> Accelerators() const { return {}; }
+    virtual void Mnemonic(const MSG &msg) {}
 
     // ---- services for the controls
     // Tells the container a property changed (IPropertyNotifySink::OnChanged with the DISPID of
     // the member named `key`, or DISPID_UNKNOWN) and marks the control dirty.
     void PropertyChanged(const std::wstring &key);
+    // Tells the container the control's keys (Accelerators) changed.
+    void ControlInfoChanged();
     // Raises event `id` to every advised sink (nothing while the container froze events).
     void raise(DISPID id, EventArgs &args);
     void raise(DISPID id, EventArgs &&args) { raise(id, args); }
@@ -343,6 +350,7 @@ private:
     bool ui_active_ = false;
     bool initialized_ = false; // InitNew or Load ran
     bool dirty_ = false;
+    HACCEL accel_ = nullptr; // the table the container was last given
     int freeze_count_ = 0;
     int resize_depth_ = 0;
     SIZE size_{0, 0}; // pixels
