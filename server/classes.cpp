@@ -5,6 +5,7 @@
 #include "frames/lnev.h"
 #include "grid/grdchk.h"
 #include "grid/grid.h"
+#include "inputs/dlst.h"
 #include "inputs/updown.h"
 #include "server/resource.h"
 #include "services/Subclass.h"
@@ -21,6 +22,7 @@ const ServerClass kClasses[] = {
     {&grdchk::Class, 0}, // private: the grid places it
     {&cbtn::Class, IDB_TOOLBOX_CBTN},
     {&updown::Class, IDB_TOOLBOX_UPDOWN},
+    {&dlst::Class, IDB_TOOLBOX_DLST},
     {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
     {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},
     {&mnutxt::Class, IDB_TOOLBOX_MNUTXT},
