@@ -16,7 +16,7 @@ std::wstring ChildKey(const std::wstring &parent_key, const std::wstring &name)
 std::vector<std::wstring> ExpandPathLevels(const std::wstring &path)
 {
     std::vector<std::wstring> levels;
-    if (Trim(path).empty()) return levels;
+    if (Trim(path).empty() || path.size() > kLongestPath) return levels;
     std::wstring p = path;
     if (p.back() != L'\\') p += L'\\';
     // The pieces of a split at "\": the text ends with one, so the last piece is empty.

@@ -12,9 +12,13 @@ namespace tarn {
 // also below a key that ends with one, such as a root given as "C:\").
 std::wstring ChildKey(const std::wstring &parent_key, const std::wstring &name);
 
+// The longest path the platform's file functions take, in characters.
+constexpr size_t kLongestPath = 32767;
+
 // The keys ExpandPath selects and expands, top first: for a path that is not blank, a "\" is
 // added when it does not end with one, the path is split at "\", and level i (1 to the count
-// of pieces less one) is the first piece, or the previous level's key, "\" and piece i.
+// of pieces less one) is the first piece, or the previous level's key, "\" and piece i. A path
+// longer than any folder's has no levels.
 std::vector<std::wstring> ExpandPathLevels(const std::wstring &path);
 
 // Every occurrence of `find` in `text` replaced by `with`; the text unchanged when `find` is
