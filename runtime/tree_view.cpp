@@ -280,6 +280,7 @@ void TreeView::SetExpanded(Node node, bool expanded)
 {
     if (!record(node)) throw std::invalid_argument("no such node");
     if (expanded == Expanded(node)) return;
+    if (expanded && !FirstChild(node) && !HasButton(node)) return; // nothing to open, as for a click
     if (expanded && on_expand) fire([&] { on_expand(node); });
     if (!record(node)) return; // the handler removed it
     expanding_by_code_ = true;

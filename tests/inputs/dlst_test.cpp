@@ -10,8 +10,6 @@
 
 #include <algorithm>
 
-#include <algorithm>
-
 #include "inputs/dlst_paths.h"
 #include "inputs/folder_loader.h"
 #include "support/control_test.h"
