@@ -28,6 +28,9 @@ constexpr DISPID Expand = 1, Click = 2, ClickRight = 3;
 // How long the user-interface thread waits for a folder or the drive labels before it lets
 // them come in later.
 constexpr DWORD kWaitMs = 150;
+// The most probe results shown in one go: the user-interface thread is back to its messages
+// in between.
+constexpr size_t kProbesAtOnce = 500;
 
 } // namespace
 
@@ -45,7 +48,7 @@ dlst::dlst()
         if (Node selected = tvwDirectory.Selected()) step([&] { full_path_ = path_of(selected); });
         raise(ev::ClickRight);
     };
-    tvwDirectory.on_ask_children = [this](Node node) { return ask_children(node); };
+    tvwDirectory.on_shown = [this](Node node) { hurry(node); };
     // While a folder loads in the background the pointer says so.
     tvwDirectory.cursor = [this]() -> HCURSOR {
         for (const auto &[job, load] : loads_)
@@ -89,10 +92,7 @@ long dlst::accessible_state()
 
 // ---------------------------------------------------------------- building and loading
 
-bool dlst::is_placeholder(const TreeView &tree, Node node)
-{
-    return node && tree.Key(node).empty() && tree.Text(node).empty();
-}
+bool dlst::is_placeholder(const TreeView &tree, Node node) { return tree.IsBlank(node); }
 
 dlst::Node dlst::find(const std::wstring &key) const
 {
@@ -170,13 +170,9 @@ void dlst::on_expand(Node node)
     const std::wstring key = tvwDirectory.Key(node);
     for (const auto &[job, load] : loads_)
         if (!load.filled && load.key == key) return; // already on its way: Expand comes with it
-    Node first = tvwDirectory.FirstChild(node);
-    if (is_placeholder(tvwDirectory, first)) {
-        start_load(node, true);
-        return;
-    }
-    // A sub-folder opened before its probe came back: it is listed now instead.
-    if (!first && unknown_.erase(node)) {
+    // A sub-folder opened before its probe came back is listed now: the probe no longer counts.
+    if (unknown_.erase(node)) step([&] { tvwDirectory.WatchShown(node, false); });
+    if (is_placeholder(tvwDirectory, tvwDirectory.FirstChild(node))) {
         start_load(node, true);
         return;
     }
@@ -211,62 +207,80 @@ bool dlst::apply(int job)
     if (it == loads_.end()) return false;
     Load &load = it->second;
     Node node = find(load.key);
-    FolderLoader::Listing found;
-    if (!node || !loader_.Take(job, found, !load.filled)) {
+    if (!node) {
         loader_.Forget(job);
         loads_.erase(it);
         return false;
     }
-    bool filled_now = false;
-    tvwDirectory.BeginUpdate();
-    if (!load.filled && found.listed) {
-        // The placeholder goes; the sub-folders come in, each with an expand button when it
-        // holds anything (or, until its probe is back, asked for when it is shown).
-        Node first = tvwDirectory.FirstChild(node);
-        if (is_placeholder(tvwDirectory, first)) step([&] { tvwDirectory.Remove(first); });
-        const size_t n = found.folders.size();
-        load.children.assign(n, nullptr);
-        load.applied.assign(n, -1);
-        for (size_t i = 0; i < n; ++i) {
-            const FolderLoader::Folder &f = found.folders[i];
-            step([&] {
-                Node child = tvwDirectory.Add(node, ChildKey(load.key, f.name), f.name, kImageFolder);
-                load.children[i] = child;
-                load.applied[i] = f.has_entries;
-                if (f.has_entries == 1) {
-                    tvwDirectory.Add(child, L"", L"");
-                    tvwDirectory.SetExpandedImage(child, kImageOpenFolder);
-                } else if (f.has_entries < 0) {
-                    tvwDirectory.SetChildrenUnknown(child);
-                    unknown_[child] = Unknown{job, i, false};
-                }
-            });
+    bool filled_now = false, finished = false;
+    if (!load.filled) {
+        FolderLoader::Listing found;
+        if (loader_.Take(job, found) && found.listed) {
+            tvwDirectory.BeginUpdate();
+            fill(node, job, load, found);
+            tvwDirectory.EndUpdate();
+            load.filled = filled_now = true;
         }
-        if (!tvwDirectory.FirstChild(node)) step([&] { tvwDirectory.ChildrenKnown(node, false); });
-        load.filled = filled_now = true;
-    } else if (load.filled) {
-        for (size_t i = 0; i < load.applied.size() && i < found.folders.size(); ++i) {
-            const int8_t probe = found.folders[i].has_entries;
-            if (load.applied[i] >= 0 || probe < 0) continue;
+    }
+    std::vector<std::pair<size_t, int8_t>> probes;
+    if (load.filled && loader_.TakeProbes(job, probes, finished, kProbesAtOnce) && !probes.empty()) {
+        // A batch of buttons settles; the tree repaints once for them all.
+        tvwDirectory.BeginUpdate();
+        for (const auto &[i, probe] : probes) {
+            if (i >= load.applied.size() || load.applied[i] >= 0) continue;
             load.applied[i] = probe;
             Node child = load.children[i];
             if (!child || !unknown_.erase(child)) continue;
             step([&] {
-                if (probe == 1) {
-                    tvwDirectory.Add(child, L"", L"");
-                    tvwDirectory.SetExpandedImage(child, kImageOpenFolder);
-                } else {
-                    tvwDirectory.ChildrenKnown(child, false);
-                }
+                tvwDirectory.WatchShown(child, false);
+                // It has its placeholder already; an empty one loses it, and its button.
+                if (probe == 1) return;
+                Node first = tvwDirectory.FirstChild(child);
+                if (is_placeholder(tvwDirectory, first)) tvwDirectory.Remove(first);
+                if (tvwDirectory.HasButton(child)) tvwDirectory.ChildrenKnown(child, false);
             });
         }
+        tvwDirectory.EndUpdate();
     }
-    tvwDirectory.EndUpdate();
-    if (found.finished) {
+    if (finished) {
         loader_.Forget(job);
         loads_.erase(it);
     }
     return filled_now;
+}
+
+void dlst::fill(Node node, int job, Load &load, const FolderLoader::Listing &found)
+{
+    // The placeholder goes; the sub-folders come in, each with a placeholder (and so an expand
+    // button) when it holds anything, or until its probe is back; a sub-folder still waiting
+    // for its probe is probed first once it is on screen.
+    Node first = tvwDirectory.FirstChild(node);
+    if (is_placeholder(tvwDirectory, first)) step([&] { tvwDirectory.Remove(first); });
+    // Children added under an open node make the tree measure all it shows once per child:
+    // the node opens again when they are in.
+    const bool reopen = tvwDirectory.Expanded(node);
+    if (reopen) step([&] { tvwDirectory.SetExpanded(node, false); });
+    const size_t n = found.folders.size();
+    load.children.assign(n, nullptr);
+    load.applied.assign(n, -1);
+    for (size_t i = 0; i < n; ++i) {
+        const FolderLoader::Folder &f = found.folders[i];
+        step([&] {
+            Node child = tvwDirectory.Add(node, ChildKey(load.key, f.name), f.name, kImageFolder);
+            load.children[i] = child;
+            load.applied[i] = f.has_entries;
+            if (f.has_entries != 0) {
+                tvwDirectory.Add(child, L"", L"");
+                tvwDirectory.SetExpandedImage(child, kImageOpenFolder);
+            }
+            if (f.has_entries < 0) {
+                tvwDirectory.WatchShown(child, true);
+                unknown_[child] = Unknown{job, i, false};
+            }
+        });
+    }
+    if (!tvwDirectory.FirstChild(node)) step([&] { tvwDirectory.ChildrenKnown(node, false); });
+    else if (reopen) step([&] { tvwDirectory.SetExpanded(node, true, false); });
 }
 
 void dlst::on_news(int job)
@@ -290,18 +304,13 @@ void dlst::on_news(int job)
     }
 }
 
-bool dlst::ask_children(Node node)
+void dlst::hurry(Node node)
 {
+    // On screen before its probe came back: probed next.
     auto it = unknown_.find(node);
-    if (it == unknown_.end()) return true;
-    int8_t probe = loader_.Probed(it->second.job, it->second.index);
-    if (probe >= 0) return probe == 1;
-    // Shown before its probe: probed next, and shown with a button meanwhile.
-    if (!it->second.hurried) {
-        loader_.Urgent(it->second.job, it->second.index);
-        it->second.hurried = true;
-    }
-    return true;
+    if (it == unknown_.end() || it->second.hurried) return;
+    loader_.Urgent(it->second.job, it->second.index);
+    it->second.hurried = true;
 }
 
 // ---------------------------------------------------------------- paths and picking

@@ -6,8 +6,9 @@
 //
 // Loading runs off the user-interface thread (FolderLoader): the tree waits for a folder only a
 // moment; a drive that is slow, absent or not ready fills in (or ends empty) when it answers,
-// and Expand is raised then. A big folder shows its sub-folders at once and learns which of
-// them have an expand button in the background, the ones on screen first.
+// and Expand is raised then. A big folder shows its sub-folders at once, each with an expand
+// button, and learns in the background which of them are empty (their placeholders and
+// buttons go), the ones on screen first.
 #pragma once
 #include <map>
 #include <unordered_map>
@@ -67,13 +68,14 @@ private:
     void start_load(Node node, bool raise_expand);
     // Shows what a job has found; true when the folder's children went in now.
     bool apply(int job);
+    void fill(Node node, int job, Load &load, const FolderLoader::Listing &found);
     void apply_labels();
     void on_news(int job);
     void expand_levels();
     Node find(const std::wstring &key) const;
     std::wstring path_of(Node node) const;
     void picked(Node node);
-    bool ask_children(Node node);
+    void hurry(Node node);
     void forget_loads();
     static bool is_placeholder(const TreeView &tree, Node node);
 

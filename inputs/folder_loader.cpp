@@ -16,6 +16,7 @@ namespace tarn {
 namespace {
 
 constexpr UINT kNews = WM_APP + 0x51;
+constexpr DWORD kProbeNewsMs = 30;
 constexpr UINT_PTR kSubclassId = 0x464C4452; // "FLDR"
 
 struct Event {
@@ -55,15 +56,21 @@ struct FolderLoader::Job {
     Listing listing;
     std::vector<std::wstring> labels;
     std::deque<size_t> urgent;
+    std::vector<std::pair<size_t, int8_t>> fresh; // probes not taken yet
     size_t cursor = 0;          // the next sub-folder to probe in order
     bool post_pending = false; // a news message is on its way
+    DWORD last_post = 0;
 
-    void post()
+    // Tells the UI thread there is news: at once for the names and the end, at most every
+    // kProbeNewsMs for probes, so that the UI thread handles probes in batches.
+    void post(bool probe = false)
     {
         {
             std::lock_guard<std::mutex> lock(m);
             if (post_pending || forgotten) return;
+            if (probe && GetTickCount() - last_post < kProbeNewsMs) return;
             post_pending = true;
+            last_post = GetTickCount();
         }
         if (!PostMessageW(notify, kNews, static_cast<WPARAM>(id), 0)) {
             std::lock_guard<std::mutex> lock(m);
@@ -120,8 +127,9 @@ struct FolderLoader::Job {
                 {
                     std::lock_guard<std::mutex> lock(m);
                     listing.folders[i].has_entries = any ? 1 : 0;
+                    fresh.emplace_back(i, any ? 1 : 0);
                 }
-                post();
+                post(true);
             }
         }
         {
@@ -280,20 +288,33 @@ bool FolderLoader::WaitListed(int job, DWORD ms)
     return j && WaitForSingleObject(j->listed.h, ms) == WAIT_OBJECT_0;
 }
 
-bool FolderLoader::Take(int job, Listing &out, bool names) const
+bool FolderLoader::Take(int job, Listing &out) const
 {
     std::shared_ptr<Job> j = find(job);
     if (!j) return false;
     std::lock_guard<std::mutex> lock(j->m);
-    if (names) {
-        out = j->listing;
-        return true;
+    out = j->listing;
+    return true;
+}
+
+bool FolderLoader::TakeProbes(int job, std::vector<std::pair<size_t, int8_t>> &probes, bool &finished, size_t most)
+{
+    std::shared_ptr<Job> j = find(job);
+    if (!j) return false;
+    bool more = false;
+    {
+        std::lock_guard<std::mutex> lock(j->m);
+        probes.clear();
+        if (j->fresh.size() <= most) {
+            probes.swap(j->fresh);
+        } else {
+            probes.assign(j->fresh.begin(), j->fresh.begin() + static_cast<std::ptrdiff_t>(most));
+            j->fresh.erase(j->fresh.begin(), j->fresh.begin() + static_cast<std::ptrdiff_t>(most));
+            more = true;
+        }
+        finished = j->listing.finished && !more;
     }
-    out.listed = j->listing.listed;
-    out.readable = j->listing.readable;
-    out.finished = j->listing.finished;
-    out.folders.resize(j->listing.folders.size());
-    for (size_t i = 0; i < out.folders.size(); ++i) out.folders[i].has_entries = j->listing.folders[i].has_entries;
+    if (more) j->post(); // the rest in a message of its own, after what else is waiting
     return true;
 }
 
@@ -305,14 +326,6 @@ bool FolderLoader::TakeLabels(int job, std::vector<std::wstring> &labels, bool &
     labels = j->labels;
     finished = j->listing.finished;
     return true;
-}
-
-int8_t FolderLoader::Probed(int job, size_t index) const
-{
-    std::shared_ptr<Job> j = find(job);
-    if (!j) return -1;
-    std::lock_guard<std::mutex> lock(j->m);
-    return index < j->listing.folders.size() ? j->listing.folders[index].has_entries : -1;
 }
 
 void FolderLoader::Urgent(int job, size_t index)

@@ -12,6 +12,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
@@ -57,13 +58,14 @@ public:
     // Waits up to `ms` for a folder job's names (true when they are in).
     bool WaitListed(int job, DWORD ms);
 
-    // A folder job's findings; false for a job that is not (or no longer) there. Without
-    // `names` only the probes are copied (the folders keep their places, their names empty).
-    bool Take(int job, Listing &out, bool names = true) const;
+    // A folder job's findings; false for a job that is not (or no longer) there.
+    bool Take(int job, Listing &out) const;
+    // Up to `most` of the probes that came back since the last call (the sub-folder's place and
+    // the result), and whether the job is finished with nothing left to take; false for an
+    // unknown job. When some are left, news comes again.
+    bool TakeProbes(int job, std::vector<std::pair<size_t, int8_t>> &probes, bool &finished, size_t most = SIZE_MAX);
     // A label job's labels, one per root ("" until read); false for an unknown job.
     bool TakeLabels(int job, std::vector<std::wstring> &labels, bool &finished) const;
-    // One sub-folder's probe: -1 not yet (or no such job), 0 empty, 1 not empty.
-    int8_t Probed(int job, size_t index) const;
     // Probes the sub-folder at `index` of a folder job before the others.
     void Urgent(int job, size_t index);
     // Forgets a job (its thread ends by itself once the platform call it waits on returns).

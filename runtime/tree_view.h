@@ -9,12 +9,12 @@
 //   on_node_click(node)      a left click on a node's label or image
 //   on_right_click()         the right mouse button released over the tree
 //   on_select(node, by_key)  the selection moved to `node` (by the keys when `by_key`)
-//   on_ask_children(node)    a node whose children are not known yet is shown: whether it gets
-//                            an expand button (see SetChildrenUnknown)
+//   on_shown(node)           a node that is watched (WatchShown) is drawn: it is on screen now
 #pragma once
 #include <windows.h>
 #include <commctrl.h>
 
+#include <climits>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -39,7 +39,7 @@ public:
     // Removes a node and everything below it.
     void Remove(Node node);
     void Clear();
-    int32_t Count() const { return static_cast<int32_t>(nodes_.size()); }
+    int32_t Count() const;
 
     Node Find(const std::wstring &key) const;
     Node ByIndex(int32_t index) const;
@@ -56,14 +56,18 @@ public:
     int32_t ChildCount(Node node) const;
     // Whether the tree shows an expand button beside the node.
     bool HasButton(Node node) const;
-    // Until its children are added, the node's button is asked for through on_ask_children when
-    // the node is shown; ChildrenKnown then says whether it has any.
-    void SetChildrenUnknown(Node node);
+    // A node with no key and no text (a placeholder).
+    bool IsBlank(Node node) const;
+    // Whether the tree shows an expand button for a node without children (or none for one
+    // with children).
     void ChildrenKnown(Node node, bool any);
+    // Whether on_shown tells when the node is drawn.
+    void WatchShown(Node node, bool watch);
 
     bool Expanded(Node node) const;
-    // Opening a node runs on_expand first, as the user's click does.
-    void SetExpanded(Node node, bool expanded);
+    // Opening a node runs on_expand first, as the user's click does (unless `run_handler` is
+    // false: a control showing again what it already loaded).
+    void SetExpanded(Node node, bool expanded, bool run_handler = true);
     Node Selected() const;
     void Select(Node node);
     // The texts from the top-level node down to `node`, joined by `separator`.
@@ -78,7 +82,7 @@ public:
     std::function<void(Node)> on_expand, on_node_click;
     std::function<void(Node, bool by_key)> on_select;
     std::function<void()> on_right_click;
-    std::function<bool(Node)> on_ask_children;
+    std::function<void(Node)> on_shown;
 
 protected:
     bool on_notify(NMHDR *header, LRESULT &result) override;
@@ -89,17 +93,31 @@ private:
         int image = 0, expanded_image = 0;
         int32_t index = 0; // position in nodes_
         Node node = nullptr;
+        bool watched = false; // on_shown when drawn
+        bool blank = false;   // no key and no text
+        int8_t children = -1; // the button as ChildrenKnown last set it; -1 as the tree has it
+        int shown_image = 0;  // the image the tree shows now
     };
     Record *record(Node node) const;
     void show_image(Node node);
     void set_children(Node node, int children);
     void forget(Node node);
+    // Drops removed nodes from the index order and numbers the rest again.
+    void compact() const;
     static std::wstring fold(const std::wstring &key);
+    // A message of the tree's own (TVM_*).
+    LRESULT send(UINT msg, WPARAM wp, LPARAM lp) const;
 
-    std::vector<std::unique_ptr<Record>> nodes_;
+    mutable std::vector<std::unique_ptr<Record>> nodes_; // in index order (compacted when asked)
     std::unordered_map<std::wstring, Record *> keys_;
+    // Nodes are found here rather than by asking the tree, which looks an item up by walking
+    // all of them on some platforms.
+    std::unordered_map<Node, Record *> by_node_;
+    WNDPROC tree_proc_ = nullptr;
     HIMAGELIST images_ = nullptr;
     int update_depth_ = 0;
+    int32_t watched_count_ = 0;
+    mutable int32_t stale_from_ = INT32_MAX; // the first index that may be out of date
     bool expanding_by_code_ = false;
 };
 
