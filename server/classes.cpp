@@ -6,6 +6,7 @@
 #include "grid/grdchk.h"
 #include "grid/grid.h"
 #include "inputs/dlst.h"
+#include "inputs/tbf.h"
 #include "inputs/updown.h"
 #include "server/resource.h"
 #include "services/Subclass.h"
@@ -23,6 +24,7 @@ const ServerClass kClasses[] = {
     {&cbtn::Class, IDB_TOOLBOX_CBTN},
     {&updown::Class, IDB_TOOLBOX_UPDOWN},
     {&dlst::Class, IDB_TOOLBOX_DLST},
+    {&tbf::Class, IDB_TOOLBOX_TBF},
     {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
     {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},
     {&mnutxt::Class, IDB_TOOLBOX_MNUTXT},
