@@ -6,6 +6,7 @@
 #include "grid/grdchk.h"
 #include "grid/grid.h"
 #include "inputs/dlst.h"
+#include "inputs/fontchars.h"
 #include "inputs/tbf.h"
 #include "inputs/updown.h"
 #include "server/resource.h"
@@ -25,6 +26,7 @@ const ServerClass kClasses[] = {
     {&updown::Class, IDB_TOOLBOX_UPDOWN},
     {&dlst::Class, IDB_TOOLBOX_DLST},
     {&tbf::Class, IDB_TOOLBOX_TBF},
+    {&fontchars::Class, IDB_TOOLBOX_FONTCHARS},
     {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
     {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},
     {&mnutxt::Class, IDB_TOOLBOX_MNUTXT},
