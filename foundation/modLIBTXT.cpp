@@ -48,6 +48,19 @@ private:
 
 } // namespace
 
+bool ReaderLess(const std::wstring &a, const std::wstring &b)
+{
+    int order = CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.c_str(), static_cast<int>(a.size()), b.c_str(),
+                               static_cast<int>(b.size()));
+    return order == CSTR_LESS_THAN || (order == CSTR_EQUAL && a < b);
+}
+
+bool SameTextAnyCase(const std::wstring &a, const std::wstring &b)
+{
+    return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.c_str(), static_cast<int>(a.size()), b.c_str(),
+                          static_cast<int>(b.size())) == CSTR_EQUAL;
+}
+
 std::vector<std::wstring> ScreenFonts()
 {
     std::vector<std::wstring> names;
@@ -56,12 +69,7 @@ std::vector<std::wstring> ScreenFonts()
     LOGFONTW all{};
     all.lfCharSet = DEFAULT_CHARSET; // every family once per script it covers
     EnumFontFamiliesExW(screen.get(), &all, collect_font, reinterpret_cast<LPARAM>(&names), 0);
-    auto before = [](const std::wstring &a, const std::wstring &b) {
-        int order = CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.c_str(), static_cast<int>(a.size()),
-                                   b.c_str(), static_cast<int>(b.size()));
-        return order == CSTR_LESS_THAN || (order == CSTR_EQUAL && a < b);
-    };
-    std::sort(names.begin(), names.end(), before);
+    std::sort(names.begin(), names.end(), ReaderLess);
     names.erase(std::unique(names.begin(), names.end()), names.end());
     return names;
 }

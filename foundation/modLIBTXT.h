@@ -8,6 +8,11 @@
 
 namespace tarn {
 
+// Texts in the order a user reads them (letters without regard to case, then the exact text),
+// and texts that are the same without regard to case.
+bool ReaderLess(const std::wstring &a, const std::wstring &b);
+bool SameTextAnyCase(const std::wstring &a, const std::wstring &b);
+
 // The names of the fonts the screen offers, each once, sorted as a user reads them.
 std::vector<std::wstring> ScreenFonts();
 

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "foundation/handles.h"
+#include "foundation/metrics.h"
 
 namespace tarn {
 
@@ -93,18 +94,12 @@ void draw_open_folder(Painter p)
     p.polygon({{4, 8}, {16, 8}, {13, 14}, {1, 14}}, kFolderLight, kFolderEdge);
 }
 
-int screen_dpi()
-{
-    window_dc screen(nullptr);
-    int dpi = screen.get() ? GetDeviceCaps(screen.get(), LOGPIXELSY) : 96;
-    return dpi > 0 ? dpi : 96;
-}
 
 } // namespace
 
 HIMAGELIST MakeDirectoryImages()
 {
-    const int size = MulDiv(16, screen_dpi(), 96);
+    const int size = MulDiv(16, ScreenDpiY(), 96);
     constexpr int kCount = 5;
     HIMAGELIST list = ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, kCount, 0);
     if (!list) return nullptr;

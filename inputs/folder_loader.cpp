@@ -7,6 +7,7 @@
 #include <deque>
 #include <mutex>
 
+#include "foundation/modLIBTXT.h"
 #include "foundation/trap.h"
 #include "inputs/dlst_paths.h"
 #include "runtime/module.h"
@@ -152,12 +153,7 @@ bool FolderLoader::ListFolders(const std::wstring &folder, std::vector<std::wstr
         if ((fd.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && is_shown(fd)) names.emplace_back(fd.cFileName);
     } while (FindNextFileW(h, &fd));
     FindClose(h);
-    // As a user reads them: letters without regard to case, then the exact text.
-    std::sort(names.begin(), names.end(), [](const std::wstring &a, const std::wstring &b) {
-        int order = CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.c_str(), static_cast<int>(a.size()),
-                                   b.c_str(), static_cast<int>(b.size()));
-        return order == CSTR_LESS_THAN || (order == CSTR_EQUAL && a < b);
-    });
+    std::sort(names.begin(), names.end(), ReaderLess);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/handles.h"
+#include "foundation/modLIBTXT.h"
 
 namespace tarn {
 
@@ -36,7 +37,7 @@ FontCoverage CoverageOf(const std::wstring &face)
     wchar_t got[LF_FACESIZE] = {};
     GetTextFaceW(screen.get(), LF_FACESIZE, got);
     // A name the screen lacks gets another font: none of its characters count.
-    if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, got, -1, face.c_str(), -1) != CSTR_EQUAL) return out;
+    if (!SameTextAnyCase(got, face)) return out;
     out.installed = true;
 
     std::vector<std::pair<uint32_t, uint32_t>> ranges; // first, count

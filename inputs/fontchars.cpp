@@ -29,13 +29,6 @@ constexpr DISPID kFontChange = 6, kCharSelect = 7;
 constexpr uint32_t kDefaultChar = 'A';
 constexpr float kDefaultSize = 12;
 
-int screen_dpi()
-{
-    window_dc screen(nullptr);
-    int dpi = screen.get() ? GetDeviceCaps(screen.get(), LOGPIXELSY) : 96;
-    return dpi > 0 ? dpi : 96;
-}
-
 void solid(HDC dc, const RECT &r, COLORREF c)
 {
     SetBkColor(dc, c);
@@ -146,8 +139,7 @@ std::wstring fontchars::shown_font() const
         return FontSpecOf(const_cast<fontchars *>(this)->Ambient().Font().get()).name;
     });
     for (const std::wstring &f : fonts_)
-        if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, f.c_str(), -1, ambient.c_str(), -1) == CSTR_EQUAL)
-            return f;
+        if (SameTextAnyCase(f, ambient)) return f;
     return fonts_.empty() ? ambient : fonts_.front();
 }
 
@@ -161,9 +153,7 @@ void fontchars::load_font(bool user)
     step([&] {
         int found = -1;
         for (size_t i = 0; i < fonts_.size() && found < 0; ++i)
-            if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, fonts_[i].c_str(), -1, face.c_str(), -1) ==
-                CSTR_EQUAL)
-                found = static_cast<int>(i);
+            if (SameTextAnyCase(fonts_[i], face)) found = static_cast<int>(i);
         cboFONT.SetListIndex(found);
     });
     quiet_ = false;
@@ -217,7 +207,7 @@ void fontchars::scroll_to_choice()
 fontchars::Geometry fontchars::geometry() const
 {
     Geometry g;
-    const int dpi = screen_dpi(), w = PixelWidth(), h = PixelHeight();
+    const int dpi = ScreenDpiY(), w = PixelWidth(), h = PixelHeight();
     const int m = MulDiv(4, dpi, 96);
     const int combo = static_cast<int>(std::lround(cboFONT.Height() / TwipsPerPixelY()));
     const int top = m + combo + m;
@@ -239,7 +229,7 @@ void fontchars::layout()
 {
     const Geometry g = geometry();
     const Scale s = scale();
-    const int dpi = screen_dpi(), m = MulDiv(4, dpi, 96), w = PixelWidth();
+    const int dpi = ScreenDpiY(), m = MulDiv(4, dpi, 96), w = PixelWidth();
     const int font_w = std::max((w - 3 * m) * 3 / 5, 0);
     auto twx = [&](int px) { return static_cast<float>(px * s.tppx); };
     auto twy = [&](int px) { return static_cast<float>(px * s.tppy); };
@@ -400,10 +390,7 @@ void fontchars::MouseMove(int16_t button, int16_t sh, float x, float y)
     raise_mouse(events::MouseMove, button, sh, x, y);
     const Scale s = scale();
     set_hot(char_at(static_cast<int>(x / s.tppx), static_cast<int>(y / s.tppy)));
-    if (!tracking_leave_ && hWnd()) {
-        TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, hWnd(), 0};
-        tracking_leave_ = TrackMouseEvent(&track) != FALSE;
-    }
+    TrackMouseLeave();
 }
 
 void fontchars::MouseUp(int16_t button, int16_t sh, float x, float y) { raise_mouse(events::MouseUp, button, sh, x, y); }
@@ -435,10 +422,6 @@ LRESULT fontchars::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
     switch (msg) {
     case WM_GETOBJECT:
         return accessible_.answer(hWnd(), wp, lp, *this, handled);
-    case WM_MOUSELEAVE:
-        tracking_leave_ = false;
-        step([&] { set_hot(-1); });
-        return 0;
     case WM_MOUSEWHEEL: {
         const int notches = GET_WHEEL_DELTA_WPARAM(wp) / WHEEL_DELTA;
         step([&] { vsbGRID.SetValue(vsbGRID.Value() - 3 * notches); });

@@ -51,6 +51,7 @@ protected:
     void MouseDown(int16_t button, int16_t shift, float x, float y) override;
     void MouseMove(int16_t button, int16_t shift, float x, float y) override;
     void MouseUp(int16_t button, int16_t shift, float x, float y) override;
+    void MouseLeave() override { set_hot(-1); }
     void KeyDown(int16_t &key_code, int16_t shift) override;
     void KeyPress(int16_t &key_ascii) override;
     void GotFocus() override { Invalidate(); }
@@ -100,7 +101,6 @@ private:
     int32_t hot_ = -1;
     bool quiet_ = false;       // a list changed by code: not the user's choice
     bool scroll_dirty_ = true; // the scroll bar is set again when the grid next paints
-    bool tracking_leave_ = false;
     TypeAhead typed_;
     AccessibleLink accessible_;
 };

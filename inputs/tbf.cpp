@@ -6,6 +6,7 @@
 #include "foundation/color_translate.h"
 #include "foundation/font_object.h"
 #include "foundation/handles.h"
+#include "foundation/metrics.h"
 #include "inputs/tbf_paint.h"
 
 namespace tarn {
@@ -38,12 +39,6 @@ HFONT font_handle(const ComPtr<IFontDisp> &font)
     return h;
 }
 
-int screen_dpi()
-{
-    window_dc screen(nullptr);
-    int dpi = screen.get() ? GetDeviceCaps(screen.get(), LOGPIXELSX) : 96;
-    return dpi > 0 ? dpi : 96;
-}
 
 Rgb drawn(OleColor c, int fallback)
 {
@@ -124,7 +119,7 @@ void tbf::WriteProperties(PropertyBag &bag)
 
 // ---------------------------------------------------------------- layout and drawing
 
-int tbf::pad() const { return MulDiv(6, screen_dpi(), 96); }
+int tbf::pad() const { return MulDiv(6, ScreenDpiX(), 96); }
 
 std::vector<TabBox> tbf::tabs() const
 {
@@ -153,7 +148,7 @@ void tbf::DrawSurface(HDC dc, const Scale &)
     look.selected = selected_;
     look.hot = hot_;
     look.font = font_handle(font_);
-    look.dpi = screen_dpi();
+    look.dpi = ScreenDpiX();
     look.pad = pad();
     PaintTabStrip(dc, PixelWidth(), PixelHeight(), tabs(), captions_, look);
 }
@@ -204,10 +199,7 @@ void tbf::MouseMove(int16_t button, int16_t shift, float x, float y)
     step([&] {
         set_hot(enabled_ ? TabAt(tabs(), selected_, static_cast<int>(x / s.tppx), static_cast<int>(y / s.tppy)) : -1);
     });
-    if (!tracking_leave_ && hWnd()) {
-        TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, hWnd(), 0};
-        tracking_leave_ = TrackMouseEvent(&track) != FALSE;
-    }
+    TrackMouseLeave();
 }
 
 void tbf::MouseUp(int16_t button, int16_t shift, float x, float y)
@@ -273,10 +265,6 @@ LRESULT tbf::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
 {
     handled = false;
     if (msg == WM_GETOBJECT) return accessible_.answer(hWnd(), wp, lp, *this, handled);
-    if (msg == WM_MOUSELEAVE) {
-        tracking_leave_ = false;
-        step([&] { set_hot(-1); });
-    }
     return 0;
 }
 

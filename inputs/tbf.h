@@ -55,6 +55,7 @@ protected:
     void MouseDown(int16_t button, int16_t shift, float x, float y) override;
     void MouseMove(int16_t button, int16_t shift, float x, float y) override;
     void MouseUp(int16_t button, int16_t shift, float x, float y) override;
+    void MouseLeave() override { set_hot(-1); }
     void KeyDown(int16_t &key_code, int16_t shift) override;
     void GotFocus() override;
     void LostFocus() override;
@@ -95,7 +96,6 @@ private:
     OleColor back_ = syscolor::ButtonFace, fore_ = syscolor::ButtonText;
     ComPtr<IFontDisp> font_;
     int hot_ = -1;
-    bool tracking_leave_ = false;
     AccessibleLink accessible_;
 };
 

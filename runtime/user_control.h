@@ -204,6 +204,8 @@ protected:
     virtual void KeyDown(int16_t &key_code, int16_t shift) {}
     virtual void KeyPress(int16_t &key_ascii) {}
     virtual void KeyUp(int16_t &key_code, int16_t shift) {}
+    // The pointer left the control's window (after TrackMouseLeave).
+    virtual void MouseLeave() {}
     virtual void GotFocus() {}
     virtual void LostFocus() {}
     virtual void Show() {}
@@ -235,6 +237,9 @@ protected:
     // Tells the container a property changed (IPropertyNotifySink::OnChanged with the DISPID of
     // the member named `key`, or DISPID_UNKNOWN) and marks the control dirty.
     void PropertyChanged(const std::wstring &key);
+    // Asks for MouseLeave when the pointer next leaves the control's window (for a hot look
+    // that follows the pointer without holding the mouse capture).
+    void TrackMouseLeave();
     // Tells the container the control's keys (Accelerators) changed.
     void ControlInfoChanged();
     // Raises event `id` to every advised sink (nothing while the container froze events).
@@ -367,6 +372,7 @@ private:
     bool press_on_surface_ = false;
     int16_t buttons_down_ = 0;
     bool double_click_ = false;
+    bool tracking_leave_ = false;
 };
 
 // Removes the runtime's window classes (the control's and the constituents' holder) when the
