@@ -19,14 +19,18 @@ namespace {
 
 constexpr wchar_t kProgId[] = L"TarnControls.fontchars";
 
-// Whether `face` has a glyph of its own for `cp`, asked of the platform directly.
-bool has_glyph(const std::wstring &face, wchar_t cp)
+// Whether `face` has a glyph of its own for `cp`, asked of the platform directly (and whether
+// it is a font that scales).
+bool has_glyph(const std::wstring &face, wchar_t cp, bool *scales = nullptr)
 {
     HDC dc = GetDC(nullptr);
     HFONT f = CreateFontW(-20, 0, 0, 0, 0, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 0, 0, face.c_str());
     HGDIOBJ old = SelectObject(dc, f);
     WORD glyph = 0xFFFF;
     GetGlyphIndicesW(dc, &cp, 1, &glyph, GGI_MARK_NONEXISTING_GLYPHS);
+    TEXTMETRICW tm{};
+    GetTextMetricsW(dc, &tm);
+    if (scales) *scales = (tm.tmPitchAndFamily & (TMPF_TRUETYPE | TMPF_VECTOR)) != 0;
     SelectObject(dc, old);
     DeleteObject(f);
     ReleaseDC(nullptr, dc);
@@ -69,12 +73,18 @@ protected:
         }
         return best;
     }
-    // A font of the list that has the Latin letters and something after Basic Latin.
+    // A font of the list that has the Latin letters and something after Basic Latin, one that
+    // scales when there is one.
     static std::wstring latin_font(Hosted &h)
     {
-        for (const std::wstring &f : fonts(h))
-            if (f[0] != L'@' && has_glyph(f, L'A') && has_glyph(f, L'z') && has_glyph(f, 0xE9)) return f;
-        return {};
+        std::wstring any;
+        for (const std::wstring &f : fonts(h)) {
+            bool scales = false;
+            if (!has_glyph(f, L'A', &scales) || !has_glyph(f, L'z') || !has_glyph(f, 0xE9)) continue;
+            if (scales) return f;
+            if (any.empty()) any = f;
+        }
+        return any;
     }
     static std::wstring events(Hosted &h)
     {
