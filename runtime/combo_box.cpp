@@ -53,7 +53,8 @@ void ComboBox::print_client(HDC dc)
     if (!is_list() || ListIndex() < 0) return;
     RECT field{};
     GetClientRect(hwnd_, &field);
-    COMBOBOXINFO info{sizeof info};
+    COMBOBOXINFO info{};
+    info.cbSize = sizeof info;
     if (GetComboBoxInfo(hwnd_, &info)) field = info.rcItem;
     saved_dc keep(dc);
     if (HBRUSH back = paint_colors(dc)) FillRect(dc, &field, back);

@@ -9,6 +9,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "inputs/dlst_paths.h"
 #include "inputs/folder_loader.h"
@@ -98,6 +99,14 @@ HTREEITEM child_named(HWND t, HTREEITEM parent, const std::wstring &name)
 }
 // Whether the tree draws an expand button beside the item (asking the control when it deferred).
 bool button(HWND t, HTREEITEM item) { return info(t, item).cChildren != 0; }
+// Where an item's text is, in the tree's client area.
+RECT item_rect(HWND t, HTREEITEM item)
+{
+    RECT r{};
+    std::memcpy(&r, &item, sizeof item); // TVM_GETITEMRECT takes the item in the rectangle
+    SendMessageW(t, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&r));
+    return r;
+}
 bool is_placeholder_only(HWND t, HTREEITEM item)
 {
     std::vector<HTREEITEM> c = children(t, item);
@@ -361,9 +370,8 @@ TEST_F(DirectoryTreeTest, RealClicksPickFoldersAndTheRightButtonReportsTheSelect
     events(h, 1);
     HWND t = tree_of(h);
     HTREEITEM reports = child_named(t, next(t, nullptr, TVGN_ROOT), L"Reports");
-    RECT r{};
-    *reinterpret_cast<HTREEITEM *>(&r) = reports;
-    ASSERT_TRUE(SendMessageW(t, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&r)));
+    RECT r = item_rect(t, reports);
+    ASSERT_GT(r.right, r.left);
     h.log().clear_events();
     real_click(t, {(r.left + r.right) / 2, (r.top + r.bottom) / 2});
     ASSERT_TRUE(pump_until([&] { return !h.log().events.empty(); }));
@@ -377,8 +385,7 @@ TEST_F(DirectoryTreeTest, RealClicksPickFoldersAndTheRightButtonReportsTheSelect
     EXPECT_EQ(root_ + L"\\" + kUnicode, full_path(h));
     // A right click over another folder reports the selected one.
     HTREEITEM archive = child_named(t, next(t, nullptr, TVGN_ROOT), L"archive");
-    *reinterpret_cast<HTREEITEM *>(&r) = archive;
-    SendMessageW(t, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&r));
+    r = item_rect(t, archive);
     real_click(t, {(r.left + r.right) / 2, (r.top + r.bottom) / 2}, true);
     ASSERT_TRUE(pump_until([&] { return !h.log().events.empty(); }));
     EXPECT_EQ(L"ClickRight", events(h));
