@@ -16,6 +16,7 @@ const ControlClass dlst::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST,
     &dlst::Create,
+    false, // lists the machine's drives and folders: never safe for an untrusted script
 };
 
 namespace {
@@ -57,8 +58,6 @@ dlst::dlst()
     };
 }
 
-dlst::~dlst() { accessible_.disconnect(); }
-
 void dlst::Initialize()
 {
     SetDesignSize(2400, 3000);
@@ -66,28 +65,11 @@ void dlst::Initialize()
     step([&] { tvwDirectory.SetImageList(MakeDirectoryImages()); });
 }
 
-void dlst::Terminate()
-{
-    forget_loads();
-    step([&] { accessible_.disconnect(); });
-}
+void dlst::Terminate() { forget_loads(); }
 
 void dlst::Resize()
 {
     step([&] { tvwDirectory.Move(0, 0, ScaleWidth(), ScaleHeight()); });
-}
-
-LRESULT dlst::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
-{
-    handled = false;
-    if (msg == WM_GETOBJECT) return accessible_.answer(hWnd(), wp, lp, *this, handled);
-    return 0;
-}
-
-long dlst::accessible_state()
-{
-    HWND w = hWnd();
-    return (!w || !IsWindowVisible(w)) ? STATE_SYSTEM_INVISIBLE : 0;
 }
 
 // ---------------------------------------------------------------- building and loading
@@ -370,9 +352,9 @@ STDMETHODIMP dlst::put_strROOTTEMP(BSTR v)
     return put_value(L"strROOTTEMP", [&] { root_text_ = from_bstr(v); });
 }
 
-STDMETHODIMP dlst::get_hwnd(LONG_PTR *v)
+STDMETHODIMP dlst::get_hwnd(OLE_HANDLE *v)
 {
-    return get_value(v, [&] { return reinterpret_cast<LONG_PTR>(tvwDirectory.hWnd()); });
+    return get_value(v, [&] { return to_ole_handle(tvwDirectory.hWnd()); });
 }
 
 STDMETHODIMP dlst::BuildDriveList(VARIANT root, VARIANT root_text)

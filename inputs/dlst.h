@@ -14,18 +14,16 @@
 #include <unordered_map>
 
 #include "inputs/folder_loader.h"
-#include "runtime/accessible.h"
 #include "runtime/control_impl.h"
 #include "runtime/tree_view.h"
 #include "tarnctls_h.h"
 
 namespace tarn {
 
-class dlst final : public ControlImpl<dlst, Idlst>, private AccessibleOwner {
+class dlst final : public ControlImpl<dlst, Idlst> {
 public:
     static const ControlClass Class;
     dlst();
-    ~dlst() override;
 
     // Idlst
     STDMETHODIMP get_FullPath(BSTR *value) override;
@@ -38,13 +36,16 @@ public:
     STDMETHODIMP ExpandPath(BSTR *path) override;
     STDMETHODIMP NodeExpand(long index) override;
     STDMETHODIMP NodeContract(long index) override;
-    STDMETHODIMP get_hwnd(LONG_PTR *value) override;
+    STDMETHODIMP get_hwnd(OLE_HANDLE *value) override;
+    STDMETHODIMP get__Default(BSTR *value) override { return get_FullPath(value); }
+    STDMETHODIMP put__Default(BSTR value) override { return put_FullPath(value); }
 
 protected:
     void Initialize() override;
     void Resize() override;
     void Terminate() override;
-    LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
+    // The tree inside has its own outline object; the control groups it.
+    long AccessibleRole() override { return ROLE_SYSTEM_GROUPING; }
 
 private:
     using Node = TreeView::Node;
@@ -79,13 +80,6 @@ private:
     void forget_loads();
     static bool is_placeholder(const TreeView &tree, Node node);
 
-    // AccessibleOwner
-    std::wstring accessible_name() override { return L"Folders"; }
-    long accessible_role() override { return ROLE_SYSTEM_GROUPING; }
-    long accessible_state() override;
-    std::wstring accessible_default_action() override { return {}; }
-    void accessible_do_default() override {}
-
     TreeView tvwDirectory;
     FolderLoader loader_;
     std::wstring full_path_, root_, root_text_;
@@ -97,7 +91,6 @@ private:
     std::vector<std::wstring> levels_;
     size_t next_level_ = 0;
     int level_job_ = 0;
-    AccessibleLink accessible_;
 };
 
 } // namespace tarn

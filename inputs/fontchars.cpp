@@ -20,6 +20,7 @@ const ControlClass fontchars::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST,
     &fontchars::Create,
+    true, // reads the list of installed fonts and draws them; opens no file, touches no other window
 };
 
 namespace {
@@ -77,8 +78,6 @@ fontchars::fontchars()
     };
 }
 
-fontchars::~fontchars() { accessible_.disconnect(); }
-
 void fontchars::Initialize()
 {
     SetDesignSize(6000, 3600);
@@ -86,8 +85,6 @@ void fontchars::Initialize()
     step([&] { load_font(false); });
     layout();
 }
-
-void fontchars::Terminate() { step([&] { accessible_.disconnect(); }); }
 
 // ---------------------------------------------------------------- persistence
 
@@ -163,7 +160,7 @@ void fontchars::load_font(bool user)
     if (grid_.Find(char_code_).block < 0 && !grid_.empty()) choose(grid_.Chars(0).front(), user);
     else choose(char_code_, false);
     scroll_to_choice();
-    accessible_.notify(hWnd(), EVENT_OBJECT_NAMECHANGE);
+    AccessibleChanged(EVENT_OBJECT_VALUECHANGE);
     Invalidate();
 }
 
@@ -190,7 +187,7 @@ void fontchars::choose(uint32_t code_point, bool user)
     scroll_to_choice();
     Invalidate();
     if (!changed) return;
-    accessible_.notify(hWnd(), EVENT_OBJECT_NAMECHANGE);
+    AccessibleChanged(EVENT_OBJECT_VALUECHANGE);
     if (user) raise(kCharSelect);
 }
 
@@ -420,8 +417,6 @@ LRESULT fontchars::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
 {
     handled = false;
     switch (msg) {
-    case WM_GETOBJECT:
-        return accessible_.answer(hWnd(), wp, lp, *this, handled);
     case WM_MOUSEWHEEL: {
         const int notches = GET_WHEEL_DELTA_WPARAM(wp) / WHEEL_DELTA;
         step([&] { vsbGRID.SetValue(vsbGRID.Value() - 3 * notches); });
@@ -441,18 +436,9 @@ bool fontchars::focused() const
 
 // ---------------------------------------------------------------- accessibility
 
-std::wstring fontchars::accessible_name()
+std::wstring fontchars::AccessibleValue()
 {
-    return L"Character " + CodePointText(char_code_) + L" (" + code_text(char_code_) + L"), " + shown_font();
-}
-
-long fontchars::accessible_state()
-{
-    long s = STATE_SYSTEM_FOCUSABLE;
-    if (focused()) s |= STATE_SYSTEM_FOCUSED;
-    HWND w = hWnd();
-    if (!w || !IsWindowVisible(w)) s |= STATE_SYSTEM_INVISIBLE;
-    return s;
+    return CodePointText(char_code_) + L" (" + code_text(char_code_) + L"), " + shown_font();
 }
 
 // ---------------------------------------------------------------- properties and methods
@@ -504,6 +490,6 @@ STDMETHODIMP fontchars::RefreshFonts()
     return S_OK;
 }
 
-STDMETHODIMP fontchars::get_hwnd(LONG_PTR *v) { return get_value(v, [&] { return reinterpret_cast<LONG_PTR>(hWnd()); }); }
+STDMETHODIMP fontchars::get_hwnd(OLE_HANDLE *v) { return get_value(v, [&] { return to_ole_handle(hWnd()); }); }
 
 } // namespace tarn

@@ -11,7 +11,6 @@
 #pragma once
 #include "inputs/font_coverage.h"
 #include "inputs/fontchars_model.h"
-#include "runtime/accessible.h"
 #include "runtime/combo_box.h"
 #include "runtime/control_impl.h"
 #include "runtime/scroll_bar.h"
@@ -19,11 +18,10 @@
 
 namespace tarn {
 
-class fontchars final : public ControlImpl<fontchars, Ifontchars>, private AccessibleOwner {
+class fontchars final : public ControlImpl<fontchars, Ifontchars> {
 public:
     static const ControlClass Class;
     fontchars();
-    ~fontchars() override;
 
     // Ifontchars
     STDMETHODIMP get_CharCode(long *value) override;
@@ -35,7 +33,9 @@ public:
     STDMETHODIMP get_FontSize(float *value) override;
     STDMETHODIMP put_FontSize(float value) override;
     STDMETHODIMP RefreshFonts() override;
-    STDMETHODIMP get_hwnd(LONG_PTR *value) override;
+    STDMETHODIMP get_hwnd(OLE_HANDLE *value) override;
+    STDMETHODIMP get__Default(BSTR *value) override { return get_Character(value); }
+    STDMETHODIMP put__Default(BSTR value) override { return put_Character(value); }
 
 protected:
     void Initialize() override;
@@ -44,7 +44,6 @@ protected:
     void WriteProperties(PropertyBag &bag) override;
     void Resize() override;
     void Paint() override {}
-    void Terminate() override;
     void DrawSurface(HDC dc, const Scale &scale) override;
     void Click() override;
     void DblClick() override;
@@ -57,6 +56,9 @@ protected:
     void GotFocus() override { Invalidate(); }
     void LostFocus() override { Invalidate(); }
     LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
+    // A list of characters; what a screen reader reads as its value is the chosen one.
+    long AccessibleRole() override { return ROLE_SYSTEM_LIST; }
+    std::wstring AccessibleValue() override;
 
 private:
     // Where the parts go, in pixels.
@@ -82,13 +84,6 @@ private:
     HFONT glyph_font(int pixels) const;
     bool focused() const;
 
-    // AccessibleOwner
-    std::wstring accessible_name() override;
-    long accessible_role() override { return ROLE_SYSTEM_LIST; }
-    long accessible_state() override;
-    std::wstring accessible_default_action() override { return {}; }
-    void accessible_do_default() override {}
-
     ComboBox cboFONT, cboBLOCK;
     ScrollBar vsbGRID;
     std::vector<std::wstring> fonts_; // the font list's names, in its order
@@ -102,7 +97,6 @@ private:
     bool quiet_ = false;       // a list changed by code: not the user's choice
     bool scroll_dirty_ = true; // the scroll bar is set again when the grid next paints
     TypeAhead typed_;
-    AccessibleLink accessible_;
 };
 
 } // namespace tarn

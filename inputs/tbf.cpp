@@ -8,6 +8,7 @@
 #include "foundation/handles.h"
 #include "foundation/metrics.h"
 #include "inputs/tbf_paint.h"
+#include "runtime/mnemonic.h"
 
 namespace tarn {
 
@@ -20,6 +21,7 @@ const ControlClass tbf::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST,
     &tbf::Create,
+    true, // draws itself, touches no file and no other window
 };
 
 namespace {
@@ -48,8 +50,6 @@ Rgb drawn(OleColor c, int fallback)
 
 } // namespace
 
-tbf::~tbf() { accessible_.disconnect(); }
-
 void tbf::Initialize()
 {
     SetDesignSize(3600, 375);
@@ -57,8 +57,6 @@ void tbf::Initialize()
     SetBackColor(back_);
     font_ = Ambient().Font();
 }
-
-void tbf::Terminate() { step([&] { accessible_.disconnect(); }); }
 
 std::wstring tbf::default_caption(size_t index) const { return L"Tab " + std::to_wstring(index); }
 
@@ -170,8 +168,8 @@ void tbf::select(int index)
     if (cancel || index >= static_cast<int>(captions_.size())) return; // refused, or the host removed it
     selected_ = index;
     Invalidate();
-    accessible_.notify(hWnd(), EVENT_OBJECT_SELECTION, index + 1);
-    if (focused()) accessible_.notify(hWnd(), EVENT_OBJECT_FOCUS, index + 1);
+    AccessibleChanged(EVENT_OBJECT_SELECTION, index + 1);
+    if (focused()) AccessibleChanged(EVENT_OBJECT_FOCUS, index + 1);
     raise(events::Click);
 }
 
@@ -229,7 +227,7 @@ UINT tbf::DialogCode() const
     return DLGC_WANTARROWS | (GetKeyState(VK_CONTROL) < 0 ? DLGC_WANTTAB : 0);
 }
 
-std::vector<ACCEL> tbf::Accelerators() const
+std::vector<ACCEL> tbf::ControlKeys()
 {
     std::vector<ACCEL> keys;
     if (!enabled_ || captions_.empty()) return keys;
@@ -244,7 +242,7 @@ std::vector<ACCEL> tbf::Accelerators() const
     return keys;
 }
 
-void tbf::Mnemonic(const MSG &msg)
+void tbf::ControlKey(const MSG &msg)
 {
     if (msg.message != WM_KEYDOWN && msg.message != WM_SYSKEYDOWN) return;
     int16_t code = static_cast<int16_t>(msg.wParam);
@@ -256,43 +254,35 @@ void tbf::Mnemonic(const MSG &msg)
 void tbf::GotFocus()
 {
     Invalidate();
-    if (selected_ >= 0) accessible_.notify(hWnd(), EVENT_OBJECT_FOCUS, selected_ + 1);
+    if (selected_ >= 0) AccessibleChanged(EVENT_OBJECT_FOCUS, selected_ + 1);
 }
 
 void tbf::LostFocus() { Invalidate(); }
-
-LRESULT tbf::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
-{
-    handled = false;
-    if (msg == WM_GETOBJECT) return accessible_.answer(hWnd(), wp, lp, *this, handled);
-    return 0;
-}
 
 void tbf::captions_changed()
 {
     Invalidate();
     ControlInfoChanged(); // the access keys may have changed
-    accessible_.notify(hWnd(), EVENT_OBJECT_REORDER);
+    AccessibleChanged(EVENT_OBJECT_REORDER);
 }
 
 // ---------------------------------------------------------------- accessibility
 
-long tbf::accessible_state()
+long tbf::AccessibleState()
 {
-    long s = enabled_ ? 0 : STATE_SYSTEM_UNAVAILABLE;
-    HWND w = hWnd();
-    if (!w || !IsWindowVisible(w)) s |= STATE_SYSTEM_INVISIBLE;
-    return s;
+    // The strip keeps its window enabled while Enabled is off (it still shows its tabs).
+    long s = UserControl::AccessibleState();
+    return enabled_ ? s : (s & ~STATE_SYSTEM_FOCUSABLE) | STATE_SYSTEM_UNAVAILABLE;
 }
 
-bool tbf::accessible_child(long id, AccessibleElement &out)
+bool tbf::AccessibleChild(long id, AccessibleElement &out)
 {
     if (id < 1 || id > static_cast<long>(captions_.size())) return false;
     const size_t i = static_cast<size_t>(id - 1);
-    out.name = CaptionText(captions_[i]);
+    out.name = StripMnemonic(captions_[i]);
     out.role = ROLE_SYSTEM_PAGETAB;
     out.default_action = L"Switch";
-    if (wchar_t m = MnemonicOf(captions_[i])) out.shortcut = std::wstring(L"Alt+") + m;
+    out.shortcut = MnemonicShortcut(captions_[i]);
     out.state = enabled_ ? STATE_SYSTEM_SELECTABLE | STATE_SYSTEM_FOCUSABLE : STATE_SYSTEM_UNAVAILABLE;
     if (static_cast<int>(i) == selected_) {
         out.state |= STATE_SYSTEM_SELECTED;
@@ -304,13 +294,13 @@ bool tbf::accessible_child(long id, AccessibleElement &out)
     return true;
 }
 
-void tbf::accessible_child_do_default(long id)
+void tbf::DoChildDefaultAction(long id)
 {
     if (enabled_) select(static_cast<int>(id - 1));
 }
 
-long tbf::accessible_focused_child() { return focused() && selected_ >= 0 ? selected_ + 1 : CHILDID_SELF; }
-long tbf::accessible_selected_child() { return selected_ >= 0 ? selected_ + 1 : CHILDID_SELF; }
+long tbf::AccessibleFocusedChild() { return focused() && selected_ >= 0 ? selected_ + 1 : CHILDID_SELF; }
+long tbf::AccessibleSelectedChild() { return selected_ >= 0 ? selected_ + 1 : CHILDID_SELF; }
 
 // ---------------------------------------------------------------- properties
 
@@ -342,7 +332,7 @@ STDMETHODIMP tbf::put_Enabled(VARIANT_BOOL v)
         hot_ = -1;
         Invalidate();
         ControlInfoChanged();
-        accessible_.notify(hWnd(), EVENT_OBJECT_STATECHANGE);
+        AccessibleChanged(EVENT_OBJECT_STATECHANGE);
     });
 }
 
@@ -359,7 +349,7 @@ HRESULT tbf::set_font(IFontDisp *v)
     });
 }
 
-STDMETHODIMP tbf::get_hwnd(LONG_PTR *v) { return get_value(v, [&] { return reinterpret_cast<LONG_PTR>(hWnd()); }); }
+STDMETHODIMP tbf::get_hwnd(OLE_HANDLE *v) { return get_value(v, [&] { return to_ole_handle(hWnd()); }); }
 
 STDMETHODIMP tbf::get_SelectedTab(short *v) { return get_value(v, [&] { return static_cast<short>(selected_); }); }
 STDMETHODIMP tbf::put_SelectedTab(short v)

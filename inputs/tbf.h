@@ -9,17 +9,15 @@
 #include <vector>
 
 #include "inputs/tbf_layout.h"
-#include "runtime/accessible.h"
 #include "runtime/control_impl.h"
 #include "tarnctls_h.h"
 
 namespace tarn {
 
-class tbf final : public ControlImpl<tbf, Itbf>, private AccessibleOwner {
+class tbf final : public ControlImpl<tbf, Itbf> {
 public:
     static const ControlClass Class;
     tbf() = default;
-    ~tbf() override;
 
     // Itbf
     STDMETHODIMP get_BACKCOLOR(OLE_COLOR *value) override;
@@ -31,7 +29,7 @@ public:
     STDMETHODIMP putref_Font(IFontDisp *value) override;
     STDMETHODIMP get_ForeColor(OLE_COLOR *value) override;
     STDMETHODIMP put_ForeColor(OLE_COLOR value) override;
-    STDMETHODIMP get_hwnd(LONG_PTR *value) override;
+    STDMETHODIMP get_hwnd(OLE_HANDLE *value) override;
     STDMETHODIMP get_SelectedTab(short *value) override;
     STDMETHODIMP put_SelectedTab(short value) override;
     STDMETHODIMP get_Style(TabStyles *value) override;
@@ -40,6 +38,8 @@ public:
     STDMETHODIMP put_TabCaption(short index, BSTR value) override;
     STDMETHODIMP get_Tabs(short *value) override;
     STDMETHODIMP put_Tabs(short value) override;
+    STDMETHODIMP get__Default(short *value) override { return get_SelectedTab(value); }
+    STDMETHODIMP put__Default(short value) override { return put_SelectedTab(value); }
 
 protected:
     void Initialize() override;
@@ -48,7 +48,6 @@ protected:
     void WriteProperties(PropertyBag &bag) override;
     void Resize() override { Invalidate(); }
     void Paint() override {}
-    void Terminate() override;
     void DrawSurface(HDC dc, const Scale &scale) override;
     void Click() override {} // the strip's Click is a change of tab, raised by select()
     void DblClick() override;
@@ -59,11 +58,18 @@ protected:
     void KeyDown(int16_t &key_code, int16_t shift) override;
     void GotFocus() override;
     void LostFocus() override;
-    LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
     UINT DialogCode() const override;
     bool CanGetFocus() const override { return enabled_; }
-    std::vector<ACCEL> Accelerators() const override;
-    void Mnemonic(const MSG &msg) override;
+    std::vector<ACCEL> ControlKeys() override;
+    void ControlKey(const MSG &msg) override;
+    // A page tab list with a page tab for each tab.
+    long AccessibleRole() override { return ROLE_SYSTEM_PAGETABLIST; }
+    long AccessibleState() override;
+    long AccessibleChildCount() override { return static_cast<long>(captions_.size()); }
+    bool AccessibleChild(long id, AccessibleElement &out) override;
+    void DoChildDefaultAction(long id) override;
+    long AccessibleFocusedChild() override;
+    long AccessibleSelectedChild() override;
 
 private:
     // Makes `index` the selected tab: BeforeClick may refuse it, then Click.
@@ -77,18 +83,6 @@ private:
     std::wstring default_caption(size_t index) const;
     bool focused() const;
 
-    // AccessibleOwner
-    std::wstring accessible_name() override { return {}; }
-    long accessible_role() override { return ROLE_SYSTEM_PAGETABLIST; }
-    long accessible_state() override;
-    std::wstring accessible_default_action() override { return {}; }
-    void accessible_do_default() override {}
-    long accessible_child_count() override { return static_cast<long>(captions_.size()); }
-    bool accessible_child(long id, AccessibleElement &out) override;
-    void accessible_child_do_default(long id) override;
-    long accessible_focused_child() override;
-    long accessible_selected_child() override;
-
     std::vector<std::wstring> captions_;
     int selected_ = 0;
     int16_t style_ = tabstyle::Classic;
@@ -96,7 +90,6 @@ private:
     OleColor back_ = syscolor::ButtonFace, fore_ = syscolor::ButtonText;
     ComPtr<IFontDisp> font_;
     int hot_ = -1;
-    AccessibleLink accessible_;
 };
 
 } // namespace tarn

@@ -1,7 +1,8 @@
 #include "inputs/tbf_layout.h"
 
 #include <algorithm>
-#include <cwctype>
+
+#include "runtime/mnemonic.h"
 
 namespace tarn {
 
@@ -85,34 +86,11 @@ int TabKeyTarget(int key, bool ctrl, bool shift, int count, int current)
     return to == current ? -1 : to;
 }
 
-wchar_t MnemonicOf(const std::wstring &caption)
-{
-    for (size_t i = 0; i + 1 < caption.size(); ++i) {
-        if (caption[i] != L'&') continue;
-        if (caption[i + 1] == L'&') {
-            ++i;
-            continue;
-        }
-        return static_cast<wchar_t>(std::towupper(caption[i + 1]));
-    }
-    return 0;
-}
-
-std::wstring CaptionText(const std::wstring &caption)
-{
-    std::wstring text;
-    for (size_t i = 0; i < caption.size(); ++i) {
-        if (caption[i] == L'&' && i + 1 < caption.size()) ++i;
-        else if (caption[i] == L'&') continue;
-        text += caption[i];
-    }
-    return text;
-}
-
 int TabWithMnemonic(const std::vector<std::wstring> &captions, wchar_t key)
 {
-    if (!key) return -1;
-    const wchar_t wanted = static_cast<wchar_t>(std::towupper(key));
+    // The key named as a caption names it, so that both sides compare alike.
+    const wchar_t wanted = MnemonicOf(std::wstring{L'&', key});
+    if (!wanted) return -1;
     for (size_t i = 0; i < captions.size(); ++i)
         if (MnemonicOf(captions[i]) == wanted) return static_cast<int>(i);
     return -1;

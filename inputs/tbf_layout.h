@@ -33,12 +33,7 @@ int TabAt(const std::vector<TabBox> &tabs, int selected, int x, int y);
 // first, End the last. Key codes are the platform's virtual keys.
 int TabKeyTarget(int key, bool ctrl, bool shift, int count, int current);
 
-// The access key a caption marks ("&Files" gives F; "&&" is a plain "&"), in upper case;
-// 0 for none.
-wchar_t MnemonicOf(const std::wstring &caption);
-// The caption as a user reads it: the marks gone, "&&" shown as "&".
-std::wstring CaptionText(const std::wstring &caption);
-// The first tab whose access key is `key` (either case); -1 for none.
+// The first tab whose access key (runtime/mnemonic.h) is `key`, in either case; -1 for none.
 int TabWithMnemonic(const std::vector<std::wstring> &captions, wchar_t key);
 
 } // namespace tarn

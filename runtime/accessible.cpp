@@ -15,6 +15,7 @@ public:
     {
         CreateStdAccessibleObject(hwnd, OBJID_CLIENT, IID_IAccessible, standard_.put_void());
     }
+    HWND window() const { return hwnd_; }
     void disconnect()
     {
         owner_ = nullptr;
@@ -47,8 +48,21 @@ public:
     // IAccessible: what the control says of itself and of its simple children.
     STDMETHODIMP get_accName(VARIANT child, BSTR *out) override
     {
-        return own_string(child, out, [&] { return owner_->accessible_name(); },
-                          [](const AccessibleElement &e) { return e.name; });
+        return own_or_standard(child, out, [&] { return owner_->accessible_name(); },
+                               [](const AccessibleElement &e) { return e.name; },
+                               [&](IAccessible *s) { return s->get_accName(child, out); });
+    }
+    STDMETHODIMP get_accKeyboardShortcut(VARIANT child, BSTR *out) override
+    {
+        return own_or_standard(child, out, [&] { return owner_->accessible_shortcut(); },
+                               [](const AccessibleElement &e) { return e.shortcut; },
+                               [&](IAccessible *s) { return s->get_accKeyboardShortcut(child, out); });
+    }
+    STDMETHODIMP get_accDescription(VARIANT child, BSTR *out) override
+    {
+        return own_or_standard(child, out, [&] { return owner_->accessible_description(); },
+                               [](const AccessibleElement &) { return std::wstring(); },
+                               [&](IAccessible *s) { return s->get_accDescription(child, out); });
     }
     STDMETHODIMP get_accRole(VARIANT child, VARIANT *out) override
     {
@@ -65,12 +79,6 @@ public:
         return own_string(child, out, [&] { return owner_->accessible_default_action(); },
                           [](const AccessibleElement &e) { return e.default_action; });
     }
-    STDMETHODIMP get_accKeyboardShortcut(VARIANT c, BSTR *out) override
-    {
-        if (child_of(c) > 0)
-            return own_string(c, out, [] { return std::wstring(); }, [](const AccessibleElement &e) { return e.shortcut; });
-        return std_call(out, [&](IAccessible *s) { return s->get_accKeyboardShortcut(c, out); });
-    }
     STDMETHODIMP accDoDefaultAction(VARIANT child) override
     {
         long id = child_of(child);
@@ -84,8 +92,8 @@ public:
     }
     STDMETHODIMP get_accValue(VARIANT child, BSTR *out) override
     {
-        if (out) *out = nullptr;
-        return child_of(child) >= 0 ? (owner_ ? S_FALSE : CO_E_OBJNOTCONNECTED) : E_INVALIDARG;
+        return own_string(child, out, [&] { return owner_->accessible_value(); },
+                          [](const AccessibleElement &) { return std::wstring(); });
     }
     STDMETHODIMP get_accChildCount(long *out) override
     {
@@ -180,7 +188,6 @@ public:
 
     // The rest: the standard object of the window.
     STDMETHODIMP get_accParent(IDispatch **out) override { return std_call(out, [&](IAccessible *s) { return s->get_accParent(out); }); }
-    STDMETHODIMP get_accDescription(VARIANT c, BSTR *out) override { return std_call(out, [&](IAccessible *s) { return s->get_accDescription(c, out); }); }
     STDMETHODIMP get_accHelp(VARIANT c, BSTR *out) override { return std_call(out, [&](IAccessible *s) { return s->get_accHelp(c, out); }); }
     STDMETHODIMP get_accHelpTopic(BSTR *file, VARIANT c, long *topic) override
     {
@@ -244,6 +251,15 @@ private:
             return S_OK;
         });
     }
+    // The owner's text for itself, or the standard object's when the owner has none; a
+    // child's from its element.
+    template <class Self, class Child, class G>
+    HRESULT own_or_standard(const VARIANT &child, BSTR *out, Self &&self, Child &&of_child, G &&standard)
+    {
+        HRESULT hr = own_string(child, out, self, of_child);
+        if (hr != S_FALSE || child_of(child) != CHILDID_SELF) return hr;
+        return standard_ ? guarded([&] { return standard(standard_.get()); }) : S_FALSE;
+    }
     template <class T, class F> HRESULT std_call(T **out, F &&call)
     {
         if (out) *out = nullptr;
@@ -271,6 +287,8 @@ LRESULT AccessibleLink::answer(HWND hwnd, WPARAM wp, LPARAM lp, AccessibleOwner 
 {
     handled = false;
     if (static_cast<LONG>(lp) != static_cast<LONG>(OBJID_CLIENT)) return 0;
+    // A control's window is made again after it was deactivated: the object follows it.
+    if (object_ && object_->window() != hwnd) disconnect();
     if (!object_) object_ = new (std::nothrow) AccessibleObject(hwnd, &owner);
     if (!object_) return 0;
     handled = true;

@@ -1,12 +1,12 @@
 // Accessibility for controls that draw themselves: an IAccessible object that answers a
-// control window's WM_GETOBJECT, giving screen readers the control's name, role, state and
-// default action. A control that draws parts a user picks one by one (the tabs of a tab strip)
-// also describes them as simple children, numbered from 1: name, role, state, shortcut,
-// default action and where they are; the object then answers for them too (location, hit
-// testing, navigation among them, focus and selection). Everything else comes from the
-// system's standard object for the window.
-//
-//   LRESULT OnMessage(...) { if (msg == WM_GETOBJECT) return accessible_.answer(hWnd(), wp, lp, *this, handled); }
+// control window's WM_GETOBJECT, giving screen readers the control's name, keyboard shortcut,
+// description, role, state, value and default action. A control that draws parts a user picks
+// one by one (the tabs of a tab strip) also describes them as simple children, numbered from 1:
+// name, role, state, shortcut, default action and where they are; the object then answers for
+// them too (location, hit testing, navigation among them, focus and selection). What the owner
+// leaves empty, and everything else, comes from the system's standard object for the window.
+// UserControl is the owner for every control (user_control.h); a control only overrides the
+// few answers that differ.
 #pragma once
 #include <windows.h>
 #include <oleacc.h>
@@ -28,7 +28,11 @@ struct AccessibleElement {
 class AccessibleOwner {
 public:
     virtual ~AccessibleOwner() = default;
+    // "" for a text: the standard object's answer.
     virtual std::wstring accessible_name() = 0;
+    virtual std::wstring accessible_shortcut() = 0; // "Alt+S"
+    virtual std::wstring accessible_description() = 0;
+    virtual std::wstring accessible_value() = 0; // "" : the control has no value
     virtual long accessible_role() = 0;   // ROLE_SYSTEM_*
     virtual long accessible_state() = 0;  // STATE_SYSTEM_* flags
     virtual std::wstring accessible_default_action() = 0;

@@ -1,7 +1,10 @@
 // UserControl as an OLE object: the client site, verbs and in-place activation with a window
 // of its own, extents, advise sinks, the control interfaces and quick activation.
+#include <algorithm>
+
 #include "foundation/trap.h"
 #include "runtime/guarded.h"
+#include "runtime/mnemonic.h"
 #include "runtime/user_control.h"
 
 namespace tarn {
@@ -16,7 +19,21 @@ int screen_dpi(int index)
     return dpi > 0 ? dpi : 96;
 }
 
+bool same_keys(const std::vector<ACCEL> &a, const std::vector<ACCEL> &b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const ACCEL &x, const ACCEL &y) {
+        return x.fVirt == y.fVirt && x.key == y.key && x.cmd == y.cmd;
+    });
+}
+
 } // namespace
+
+DWORD MiscStatusOf(const ControlClass &cls)
+{
+    DWORD misc = cls.misc_status;
+    if (misc & OLEMISC_INVISIBLEATRUNTIME) misc |= OLEMISC_ALWAYSRUN;
+    return misc;
+}
 
 // ---------------------------------------------------------------- IOleObject
 
@@ -74,6 +91,10 @@ STDMETHODIMP UserControl::DoVerb(LONG verb, LPMSG, IOleClientSite *site, LONG, H
             return S_OK;
         case OLEIVERB_DISCARDUNDOSTATE:
             return S_OK;
+        case OLEIVERB_PROPERTIES:
+        case kPropertiesVerb:
+            if (IsVisibleClass(class_)) return show_property_frame(parent);
+            return verb < 0 ? E_NOTIMPL : OLEOBJ_S_INVALIDVERB;
         default:
             return verb < 0 ? E_NOTIMPL : OLEOBJ_S_INVALIDVERB;
         }
@@ -229,7 +250,7 @@ STDMETHODIMP UserControl::EnumAdvise(IEnumSTATDATA **advise)
 STDMETHODIMP UserControl::GetMiscStatus(DWORD aspect, DWORD *status)
 {
     if (!status) return E_POINTER;
-    *status = aspect == DVASPECT_CONTENT ? class_.misc_status : 0;
+    *status = aspect == DVASPECT_CONTENT ? MiscStatusOf(class_) : 0;
     return S_OK;
 }
 
@@ -319,28 +340,63 @@ STDMETHODIMP UserControl::GetControlInfo(CONTROLINFO *info)
     info->hAccel = nullptr;
     info->cAccel = 0;
     info->dwFlags = 0;
-    // A new table each time: the container asks again after ControlInfoChanged.
-    std::vector<ACCEL> keys = read_step<std::vector<ACCEL>>([&] { return Accelerators(); });
-    if (accel_) DestroyAcceleratorTable(accel_);
-    accel_ = keys.empty() ? nullptr : CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size()));
-    if (accel_) {
-        info->hAccel = accel_;
-        info->cAccel = static_cast<USHORT>(keys.size());
+    return guarded([&] {
+        // The table stays the control's: rebuilt only when its keys change, destroyed with
+        // the control.
+        std::vector<ACCEL> keys = keys_claimed();
+        if (!same_keys(keys, accel_keys_)) {
+            if (accel_) DestroyAcceleratorTable(accel_);
+            accel_ = keys.empty() ? nullptr : CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size()));
+            accel_keys_ = keys;
+        }
+        if (accel_) {
+            info->hAccel = accel_;
+            info->cAccel = static_cast<USHORT>(accel_keys_.size());
+        }
+        return S_OK;
+    });
+}
+
+std::vector<ACCEL> UserControl::keys_claimed()
+{
+    std::vector<ACCEL> keys;
+    wchar_t key = MnemonicOf(Caption());
+    SHORT vk = key ? VkKeyScanW(key) : -1;
+    if (vk != -1) keys.push_back({static_cast<BYTE>(FVIRTKEY | FALT), static_cast<WORD>(vk & 0xFF), 0});
+    for (ACCEL a : ControlKeys()) {
+        a.cmd = 1;
+        keys.push_back(a);
     }
-    return S_OK;
+    return keys;
+}
+
+bool UserControl::is_control_key(const MSG &msg)
+{
+    if (msg.message != WM_KEYDOWN && msg.message != WM_SYSKEYDOWN) return false;
+    const bool alt = msg.message == WM_SYSKEYDOWN;
+    bool caption = false, own = false;
+    for (const ACCEL &a : keys_claimed()) {
+        if (a.key != msg.wParam || ((a.fVirt & FALT) != 0) != alt) continue;
+        (a.cmd ? own : caption) = true;
+    }
+    return own && !caption;
 }
 
 STDMETHODIMP UserControl::OnMnemonic(MSG *msg)
 {
-    if (msg) step([&] { Mnemonic(*msg); });
+    // The caption's mnemonic whatever the message (containers differ in what they pass),
+    // unless it names one of the control's own keys.
+    step([&] {
+        if (msg && is_control_key(*msg)) ControlKey(*msg);
+        else Mnemonic();
+    });
     return S_OK;
 }
 
 void UserControl::ControlInfoChanged()
 {
-    step([&] {
-        if (ComPtr<IOleControlSite> cs = site_.as<IOleControlSite>(IID_IOleControlSite)) cs->OnControlInfoChanged();
-    });
+    if (read_step<bool>([&] { return same_keys(keys_claimed(), accel_keys_); }, false)) return;
+    if (ComPtr<IOleControlSite> cs = site_.as<IOleControlSite>(IID_IOleControlSite)) step([&] { cs->OnControlInfoChanged(); });
 }
 
 STDMETHODIMP UserControl::OnAmbientPropertyChange(DISPID id)
@@ -365,7 +421,7 @@ STDMETHODIMP UserControl::QuickActivate(QACONTAINER *container, QACONTROL *contr
     return guarded([&] {
         SetClientSite(container->pClientSite);
         if (container->pAdviseSink) SetAdvise(DVASPECT_CONTENT, 0, container->pAdviseSink);
-        control->dwMiscStatus = class_.misc_status;
+        control->dwMiscStatus = MiscStatusOf(class_);
         control->dwViewStatus = VIEWSTATUS_OPAQUE;
         control->dwPointerActivationPolicy = 0;
         control->dwEventCookie = 0;

@@ -68,23 +68,15 @@ TEST(TabKeyTarget, CtrlTabWrapsArrowsStopAtTheEnds)
     EXPECT_EQ(-1, TabKeyTarget(kTab, true, false, 1, 0)); // one tab: nowhere to go
 }
 
-TEST(Mnemonics, AnAmpersandMarksTheKeyAndTwoAreAPlainAmpersand)
+TEST(Mnemonics, ATabIsFoundByItsAccessKeyInEitherCase)
 {
-    const struct {
-        const wchar_t *caption, *text;
-        wchar_t key;
-    } cases[] = {
-        {L"&Files", L"Files", L'F'}, {L"Ed&it", L"Edit", L'I'}, {L"Fish && &chips", L"Fish & chips", L'C'},
-        {L"A&&B", L"A&B", 0},        {L"Plain", L"Plain", 0},   {L"End&", L"End", 0},
-        {L"", L"", 0},
-    };
-    for (const auto &c : cases) {
-        EXPECT_EQ(c.key, MnemonicOf(c.caption));
-        EXPECT_EQ(c.text, CaptionText(c.caption));
-    }
-    const std::vector<std::wstring> captions{L"&Files", L"Ed&it", L"&Find"};
+    const std::vector<std::wstring> captions{L"&Files", L"Ed&it", L"&Find", L"Fish && chips", L"&\u00e9t\u00e9"};
     EXPECT_EQ(0, TabWithMnemonic(captions, L'f')); // the first of two with the same key
+    EXPECT_EQ(0, TabWithMnemonic(captions, L'F'));
     EXPECT_EQ(1, TabWithMnemonic(captions, L'I'));
+    EXPECT_EQ(4, TabWithMnemonic(captions, L'\u00e9'));
+    EXPECT_EQ(-1, TabWithMnemonic(captions, L'c')); // "&&" marks no key
     EXPECT_EQ(-1, TabWithMnemonic(captions, L'x'));
+    EXPECT_EQ(-1, TabWithMnemonic(captions, L' '));
     EXPECT_EQ(-1, TabWithMnemonic(captions, 0));
 }

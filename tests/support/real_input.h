@@ -10,19 +10,9 @@
 #include <vector>
 
 #include "host/container.h"
+#include "support/control_test.h" // pump_until
 
 namespace tarn::test {
-
-// Pumps messages until `done` holds or `ms` pass; whether it held.
-inline bool pump_until(const std::function<bool()> &done, DWORD ms = 5000)
-{
-    const DWORD start = GetTickCount();
-    while (!done()) {
-        if (GetTickCount() - start > ms) return false;
-        host::pump(5);
-    }
-    return true;
-}
 
 // A click (or a double click) with the left or the right button at a point of `w`'s client area.
 inline void real_click(HWND w, POINT client, bool right = false, int clicks = 1)
