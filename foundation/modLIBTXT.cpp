@@ -1,6 +1,7 @@
 #include "foundation/modLIBTXT.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include "foundation/font_names.h"
 #include "foundation/handles.h"
@@ -8,6 +9,11 @@
 namespace tarn {
 
 namespace {
+
+// The process's font names, shared by the apartments' threads.
+std::mutex screen_fonts_lock;
+std::vector<std::wstring> screen_fonts;
+bool screen_fonts_known = false;
 
 int CALLBACK collect_font(const LOGFONTW *font, const TEXTMETRICW *, DWORD, LPARAM out)
 {
@@ -63,6 +69,10 @@ bool SameTextAnyCase(const std::wstring &a, const std::wstring &b)
 
 std::vector<std::wstring> ScreenFonts()
 {
+    {
+        std::lock_guard<std::mutex> hold(screen_fonts_lock);
+        if (screen_fonts_known) return screen_fonts;
+    }
     std::vector<std::wstring> names;
     window_dc screen(nullptr);
     if (!screen.get()) return names;
@@ -71,7 +81,17 @@ std::vector<std::wstring> ScreenFonts()
     EnumFontFamiliesExW(screen.get(), &all, collect_font, reinterpret_cast<LPARAM>(&names), 0);
     std::sort(names.begin(), names.end(), ReaderLess);
     names.erase(std::unique(names.begin(), names.end()), names.end());
+    std::lock_guard<std::mutex> hold(screen_fonts_lock);
+    screen_fonts = names;
+    screen_fonts_known = true;
     return names;
+}
+
+void ForgetScreenFonts()
+{
+    std::lock_guard<std::mutex> hold(screen_fonts_lock);
+    screen_fonts.clear();
+    screen_fonts_known = false;
 }
 
 void FillFontList(HWND combo)

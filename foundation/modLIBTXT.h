@@ -13,8 +13,11 @@ namespace tarn {
 bool ReaderLess(const std::wstring &a, const std::wstring &b);
 bool SameTextAnyCase(const std::wstring &a, const std::wstring &b);
 
-// The names of the fonts the screen offers, each once, sorted as a user reads them.
+// The names of the fonts the screen offers, each once, sorted as a user reads them. Enumerated
+// once for the process (a font list is filled by every picker a form makes); ForgetScreenFonts
+// makes the next call enumerate again, after fonts were installed or removed.
 std::vector<std::wstring> ScreenFonts();
+void ForgetScreenFonts();
 
 // Fills a combo box with the screen's font names that a font list offers.
 void FillFontList(HWND combo);

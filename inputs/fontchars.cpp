@@ -485,6 +485,7 @@ STDMETHODIMP fontchars::put_FontSize(float v)
 
 STDMETHODIMP fontchars::RefreshFonts()
 {
+    ForgetScreenFonts(); // fonts may have been installed since the list was made
     step([&] { fill_fonts(); });
     step([&] { load_font(false); });
     return S_OK;
