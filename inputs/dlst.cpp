@@ -1,5 +1,7 @@
 #include "inputs/dlst.h"
 
+#include <algorithm>
+
 #include "foundation/strings.h"
 #include "inputs/dlst_images.h"
 #include "inputs/dlst_paths.h"
@@ -32,6 +34,9 @@ constexpr DWORD kWaitMs = 150;
 // The most probe results shown in one go: the user-interface thread is back to its messages
 // in between.
 constexpr size_t kProbesAtOnce = 500;
+// The most sub-folders added in one go: a folder of thousands fills over several messages, so
+// the form answers meanwhile; Expand comes with the last batch.
+constexpr size_t kChildrenAtOnce = 1000;
 
 } // namespace
 
@@ -195,14 +200,23 @@ bool dlst::apply(int job)
         return false;
     }
     bool filled_now = false, finished = false;
-    if (!load.filled) {
+    if (!load.filled && !load.listed) {
         FolderLoader::Listing found;
         if (loader_.Take(job, found) && found.listed) {
-            tvwDirectory.BeginUpdate();
-            fill(node, job, load, found);
-            tvwDirectory.EndUpdate();
-            load.filled = filled_now = true;
+            load.folders = std::move(found.folders);
+            load.listed = true;
         }
+    }
+    if (!load.filled && load.listed) {
+        tvwDirectory.BeginUpdate();
+        const bool all = fill(node, job, load);
+        tvwDirectory.EndUpdate();
+        if (!all) {
+            loader_.Nudge(job); // the rest after the messages waiting meanwhile
+            return false;
+        }
+        load.folders = {};
+        load.filled = filled_now = true;
     }
     std::vector<std::pair<size_t, int8_t>> probes;
     if (load.filled && loader_.TakeProbes(job, probes, finished, kProbesAtOnce) && !probes.empty()) {
@@ -231,22 +245,26 @@ bool dlst::apply(int job)
     return filled_now;
 }
 
-void dlst::fill(Node node, int job, Load &load, const FolderLoader::Listing &found)
+bool dlst::fill(Node node, int job, Load &load)
 {
     // The placeholder goes; the sub-folders come in, each with a placeholder (and so an expand
     // button) when it holds anything, or until its probe is back; a sub-folder still waiting
     // for its probe is probed first once it is on screen.
-    Node first = tvwDirectory.FirstChild(node);
-    if (is_placeholder(tvwDirectory, first)) step([&] { tvwDirectory.Remove(first); });
+    const size_t n = load.folders.size(), from = load.added, to = std::min(n, from + kChildrenAtOnce);
     // Children added under an open node make the tree measure all it shows once per child:
-    // the node opens again when they are in.
-    const bool reopen = tvwDirectory.Expanded(node);
-    if (reopen) step([&] { tvwDirectory.SetExpanded(node, false); });
-    const size_t n = found.folders.size();
-    load.children.assign(n, nullptr);
-    load.applied.assign(n, -1);
-    for (size_t i = 0; i < n; ++i) {
-        const FolderLoader::Folder &f = found.folders[i];
+    // the node opens again when they are all in.
+    const bool open = tvwDirectory.Expanded(node);
+    if (from == 0) {
+        Node first = tvwDirectory.FirstChild(node);
+        if (is_placeholder(tvwDirectory, first)) step([&] { tvwDirectory.Remove(first); });
+        load.children.assign(n, nullptr);
+        load.applied.assign(n, -1);
+        load.reopen = false;
+    }
+    load.reopen = load.reopen || open; // also when the user opened it between two batches
+    if (open) step([&] { tvwDirectory.SetExpanded(node, false); });
+    for (size_t i = from; i < to; ++i) {
+        const FolderLoader::Folder &f = load.folders[i];
         step([&] {
             Node child = tvwDirectory.Add(node, ChildKey(load.key, f.name), f.name, kImageFolder);
             load.children[i] = child;
@@ -261,8 +279,11 @@ void dlst::fill(Node node, int job, Load &load, const FolderLoader::Listing &fou
             }
         });
     }
+    load.added = to;
+    if (to < n) return false;
     if (!tvwDirectory.FirstChild(node)) step([&] { tvwDirectory.ChildrenKnown(node, false); });
-    else if (reopen) step([&] { tvwDirectory.SetExpanded(node, true, false); });
+    else if (load.reopen) step([&] { tvwDirectory.SetExpanded(node, true, false); });
+    return true;
 }
 
 void dlst::on_news(int job)

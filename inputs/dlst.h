@@ -52,8 +52,12 @@ private:
     // A folder being loaded by a job.
     struct Load {
         std::wstring key;
-        bool filled = false;         // its children are in the tree
+        bool filled = false;         // all its children are in the tree
         bool raise_expand = false;   // Expand is owed when they arrive
+        bool listed = false;         // the names are taken (in `folders`), maybe not all added
+        bool reopen = false;         // the node was open when its children started coming in
+        size_t added = 0;            // how many of `folders` are in the tree
+        std::vector<FolderLoader::Folder> folders;
         std::vector<Node> children;  // in the job's order
         std::vector<int8_t> applied; // the probe results already shown
     };
@@ -69,7 +73,8 @@ private:
     void start_load(Node node, bool raise_expand);
     // Shows what a job has found; true when the folder's children went in now.
     bool apply(int job);
-    void fill(Node node, int job, Load &load, const FolderLoader::Listing &found);
+    // Adds the next batch of a folder's children; true when they are all in.
+    bool fill(Node node, int job, Load &load);
     void apply_labels();
     void on_news(int job);
     void expand_levels();

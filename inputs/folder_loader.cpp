@@ -332,6 +332,11 @@ void FolderLoader::Urgent(int job, size_t index)
     }
 }
 
+void FolderLoader::Nudge(int job)
+{
+    if (std::shared_ptr<Job> j = find(job)) j->post();
+}
+
 void FolderLoader::Forget(int job)
 {
     auto it = jobs_.find(job);

@@ -68,6 +68,9 @@ public:
     bool TakeLabels(int job, std::vector<std::wstring> &labels, bool &finished) const;
     // Probes the sub-folder at `index` of a folder job before the others.
     void Urgent(int job, size_t index);
+    // Asks for news of the job again (a user-interface thread that took only part of what
+    // it found comes back for the rest after the messages waiting meanwhile).
+    void Nudge(int job);
     // Forgets a job (its thread ends by itself once the platform call it waits on returns).
     void Forget(int job);
     void ForgetAll();

@@ -312,8 +312,9 @@ TEST_F(DirectoryTreeTest, AFolderThatCannotBeReadEndsItsLoadingAndLosesItsButton
 
 TEST_F(DirectoryTreeTest, ABigFolderShowsAtOnceAndItsEmptySubFoldersLoseTheirButtonsAfterwards)
 {
-    // More sub-folders than the tree probes while it waits: they come in with buttons, which the
-    // empty ones lose as the probes come back.
+    // More sub-folders than the tree probes while it waits, and than it adds in one message:
+    // they come in with buttons over two messages, Expand with the last, and the empty ones
+    // lose their buttons as the probes come back.
     constexpr int kCount = 1200;
     const std::wstring big = root_ + L"\\big";
     make_dir(big);
@@ -331,6 +332,8 @@ TEST_F(DirectoryTreeTest, ABigFolderShowsAtOnceAndItsEmptySubFoldersLoseTheirBut
     HTREEITEM top = next(t, nullptr, TVGN_ROOT);
     std::vector<HTREEITEM> subs = children(t, top);
     ASSERT_EQ(static_cast<size_t>(kCount), subs.size());
+    EXPECT_EQ(L"f1199", text(t, subs.back()));
+    EXPECT_TRUE(info(t, top).state & TVIS_EXPANDED); // open again once they are all in
     ASSERT_TRUE(pump_until([&] { return !button(t, subs.back()); }, 30000));
     ASSERT_TRUE(pump_until([&] { return !button(t, subs[1]); }, 30000));
     for (int i = 0; i < kCount; ++i) {
