@@ -51,6 +51,9 @@ public:
     // A site call every control placed from now on may make without its test declaring it
     // again: a call made while the control loads, before the test holds its log.
     void allow_site_call(const std::wstring &call) { site_calls_.push_back(call); }
+    // The form's keyboard handling: a keystroke one of its controls asked for as its own key
+    // goes to that control (IOleControl::OnMnemonic). True when it was taken.
+    bool route_mnemonic(MSG &m);
 
 private:
     friend class Hosted;

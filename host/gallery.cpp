@@ -52,6 +52,12 @@ Variant font(const wchar_t *name, double size, bool bold = false)
     return Variant::of_dispatch(f.get());
 }
 
+// A tab strip of four tabs, the second selected, in look `style`.
+std::vector<Setting> tab_settings(int style)
+{
+    return {{L"Tabs", I2(4)}, {L"SelectedTab", I2(1)}, {L"Style", I4(style)}};
+}
+
 std::vector<Exhibit> exhibits()
 {
     return {
@@ -143,7 +149,24 @@ std::vector<Exhibit> exhibits()
          L"TarnControls.grid",
          {380, 170},
          {{L"BarSummary", Bool(true)}}},
+        {L"dlst: the drives, C: opened", L"TarnControls.dlst", {260, 200}, {}},
+        {L"fontchars: Tahoma, Latin-1, é chosen",
+         L"TarnControls.fontchars",
+         {380, 200},
+         {{L"FontName", Str(L"Tahoma")}, {L"CharCode", I4(0xE9)}, {L"FontSize", R4(11)}}},
+        {L"tbf: classic tabs", L"TarnControls.tbf", {380, 26}, tab_settings(0)},
+        {L"tbf: flat buttons", L"TarnControls.tbf", {380, 26}, tab_settings(1)},
+        {L"tbf: XP tabs", L"TarnControls.tbf", {380, 26}, tab_settings(2)},
     };
+}
+
+// The tree: every drive, C: opened (its folders come in within a moment).
+void fill_tree(Hosted &t)
+{
+    t.call(L"BuildDriveList");
+    t.call(L"ExpandPath", {Str(L"C:\\")});
+    DWORD start = GetTickCount();
+    while (t.log().events.empty() && GetTickCount() - start < 3000) pump(10);
 }
 
 // What the gallery's grid holds: typed columns (text, check box, percentage), header captions,
@@ -286,6 +309,13 @@ Page place_all(Container &form, Container &designer)
         }
         for (const Setting &s : e.settings) h->put(s.property, s.value);
         if (std::wstring(e.progid) == L"TarnControls.grid") fill_grid(*h);
+        if (std::wstring(e.progid) == L"TarnControls.dlst") fill_tree(*h);
+        if (std::wstring(e.progid) == L"TarnControls.tbf") {
+            h->put(L"TabCaption", Str(L"&General"), {I2(0)});
+            h->put(L"TabCaption", Str(L"&Layout"), {I2(1)});
+            h->put(L"TabCaption", Str(L"&Colours"), {I2(2)});
+            h->put(L"TabCaption", Str(L"&Advanced"), {I2(3)});
+        }
         // Controls that size themselves (a box to its font's height, a divider to its width)
         // are shown at the size they took.
         SIZEL extent{};

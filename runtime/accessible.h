@@ -1,9 +1,12 @@
 // Accessibility for controls that draw themselves: an IAccessible object that answers a
 // control window's WM_GETOBJECT, giving screen readers the control's name, keyboard shortcut,
-// description, role, state, value and default action. What the owner leaves empty, and
-// everything else (location, navigation, hit testing), comes from the system's standard
-// object for the window. UserControl is the owner for every control (user_control.h); a
-// control only overrides the few answers that differ.
+// description, role, state, value and default action. A control that draws parts a user picks
+// one by one (the tabs of a tab strip) also describes them as simple children, numbered from 1:
+// name, role, state, shortcut, default action and where they are; the object then answers for
+// them too (location, hit testing, navigation among them, focus and selection). What the owner
+// leaves empty, and everything else, comes from the system's standard object for the window.
+// UserControl is the owner for every control (user_control.h); a control only overrides the
+// few answers that differ.
 #pragma once
 #include <windows.h>
 #include <oleacc.h>
@@ -13,6 +16,14 @@
 #include "runtime/com.h"
 
 namespace tarn {
+
+// A part of a control that has no object of its own.
+struct AccessibleElement {
+    std::wstring name, shortcut, default_action;
+    long role = 0;   // ROLE_SYSTEM_*
+    long state = 0;  // STATE_SYSTEM_* flags
+    RECT rect{};     // in the control window's client pixels
+};
 
 class AccessibleOwner {
 public:
@@ -26,6 +37,14 @@ public:
     virtual long accessible_state() = 0;  // STATE_SYSTEM_* flags
     virtual std::wstring accessible_default_action() = 0;
     virtual void accessible_do_default() = 0;
+
+    // Simple children, 1 to the count.
+    virtual long accessible_child_count() { return 0; }
+    virtual bool accessible_child(long id, AccessibleElement &out) { return false; }
+    virtual void accessible_child_do_default(long id) {}
+    // The child that has the keyboard focus or is selected (CHILDID_SELF: none of them).
+    virtual long accessible_focused_child() { return CHILDID_SELF; }
+    virtual long accessible_selected_child() { return CHILDID_SELF; }
 };
 
 class AccessibleObject;
@@ -41,8 +60,9 @@ public:
 
     // The answer to WM_GETOBJECT; `handled` false for object ids other than the client's.
     LRESULT answer(HWND hwnd, WPARAM wp, LPARAM lp, AccessibleOwner &owner, bool &handled);
-    // Tells clients that hold the object that something they read changed.
-    void notify(HWND hwnd, DWORD event);
+    // Tells clients that hold the object that something they read changed (of the control
+    // itself, or of one of its simple children).
+    void notify(HWND hwnd, DWORD event, long child = CHILDID_SELF);
     void disconnect();
 
 private:

@@ -392,6 +392,10 @@ LRESULT UserControl::on_message(UINT msg, WPARAM wp, LPARAM lp)
     case WM_CAPTURECHANGED:
         if (reinterpret_cast<HWND>(lp) != hwnd_) buttons_down_ = 0;
         return 0;
+    case WM_MOUSELEAVE:
+        tracking_leave_ = false;
+        step([&] { MouseLeave(); });
+        return 0;
     case WM_GETDLGCODE:
         return DialogCode();
     case WM_KEYDOWN: case WM_SYSKEYDOWN: {
@@ -506,6 +510,13 @@ void UserControl::on_mouse(UINT msg, WPARAM wp, LPARAM lp)
         if (on_surface) step([&] { MouseMove(held, sh, x, y); });
         else if (target && target->on_mouse_move) step([&] { target->on_mouse_move(held, sh, tx, ty); });
     }
+}
+
+void UserControl::TrackMouseLeave()
+{
+    if (tracking_leave_ || !hwnd_) return;
+    TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, hwnd_, 0};
+    tracking_leave_ = TrackMouseEvent(&track) != FALSE;
 }
 
 void UserControl::on_focus(bool gained, HWND other)

@@ -241,6 +241,8 @@ protected:
     virtual void KeyDown(int16_t &key_code, int16_t shift) {}
     virtual void KeyPress(int16_t &key_ascii) {}
     virtual void KeyUp(int16_t &key_code, int16_t shift) {}
+    // The pointer left the control's window (after TrackMouseLeave).
+    virtual void MouseLeave() {}
     virtual void GotFocus() {}
     virtual void LostFocus() {}
     virtual void Show() {}
@@ -267,6 +269,12 @@ protected:
     virtual std::wstring Caption() { return std::wstring(); }
     // The container found the caption's mnemonic pressed (IOleControl::OnMnemonic).
     virtual void Mnemonic() {}
+    // Keys the control claims beyond its caption's mnemonic while the focus is elsewhere on its
+    // form (a tab strip's Alt+letter for each tab, Ctrl+Tab): GetControlInfo reports them with
+    // the caption's, and the container hands a matching keystroke to ControlKey. A control
+    // whose keys change calls ControlInfoChanged.
+    virtual std::vector<ACCEL> ControlKeys() { return {}; }
+    virtual void ControlKey(const MSG &msg) {}
     // The accessible description: the control's tooltip.
     virtual std::wstring ToolTipText() { return std::wstring(); }
     virtual long AccessibleRole() { return ROLE_SYSTEM_CLIENT; }
@@ -277,6 +285,14 @@ protected:
     virtual std::wstring AccessibleValue() { return std::wstring(); }
     virtual std::wstring DefaultAction() { return std::wstring(); }
     virtual void DoDefaultAction() {}
+    // Parts the control draws that a user picks one by one (a tab strip's tabs), as simple
+    // accessible children numbered from 1 (accessible.h).
+    virtual long AccessibleChildCount() { return 0; }
+    virtual bool AccessibleChild(long id, AccessibleElement &out) { return false; }
+    virtual void DoChildDefaultAction(long id) {}
+    // The child that has the keyboard focus, or is selected (CHILDID_SELF: none).
+    virtual long AccessibleFocusedChild() { return CHILDID_SELF; }
+    virtual long AccessibleSelectedChild() { return CHILDID_SELF; }
     // Names for the values of property `id` when it is no enumeration (palette numbers, column
     // types): the General page and hosts' property browsers offer them. Empty: none.
     virtual std::vector<NamedValue> PropertyValueNames(DISPID id) { return {}; }
@@ -288,10 +304,15 @@ protected:
     // Tells the container a property changed (IPropertyNotifySink::OnChanged with the DISPID of
     // the member named `key`, or DISPID_UNKNOWN) and marks the control dirty.
     void PropertyChanged(const std::wstring &key);
+    // Asks for MouseLeave when the pointer next leaves the control's window (for a hot look
+    // that follows the pointer without holding the mouse capture).
+    void TrackMouseLeave();
     // Tells screen readers holding the control's accessible object that something changed
-    // (EVENT_OBJECT_NAMECHANGE, EVENT_OBJECT_STATECHANGE, EVENT_OBJECT_VALUECHANGE).
-    void AccessibleChanged(DWORD event);
-    // The caption's mnemonic may have changed: the container asks for GetControlInfo again.
+    // (EVENT_OBJECT_NAMECHANGE, EVENT_OBJECT_STATECHANGE, EVENT_OBJECT_VALUECHANGE...), of the
+    // control itself or of one of its accessible children.
+    void AccessibleChanged(DWORD event, long child = CHILDID_SELF);
+    // The caption's mnemonic or the control's own keys may have changed: the container asks
+    // for GetControlInfo again.
     void ControlInfoChanged();
     // Raises event `id` to every advised sink (nothing while the container froze events).
     void raise(DISPID id, EventArgs &args);
@@ -402,6 +423,15 @@ private:
     long accessible_state() override;
     std::wstring accessible_default_action() override;
     void accessible_do_default() override;
+    long accessible_child_count() override { return AccessibleChildCount(); }
+    bool accessible_child(long id, AccessibleElement &out) override { return AccessibleChild(id, out); }
+    void accessible_child_do_default(long id) override { DoChildDefaultAction(id); }
+    long accessible_focused_child() override { return AccessibleFocusedChild(); }
+    long accessible_selected_child() override { return AccessibleSelectedChild(); }
+    // The caption's Alt+mnemonic (command 0) and the control's own keys (command 1).
+    std::vector<ACCEL> keys_claimed();
+    // Whether `msg` is one of the control's own keys rather than its caption's mnemonic.
+    bool is_control_key(const MSG &msg);
 
     static const wchar_t *window_class();
     static LRESULT CALLBACK window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp);
@@ -462,11 +492,12 @@ private:
     bool press_on_surface_ = false;
     int16_t buttons_down_ = 0;
     bool double_click_ = false;
+    bool tracking_leave_ = false;
 
     DISPID invoked_put_ = DISPID_UNKNOWN; // the property put IDispatch::Invoke is running
     std::map<std::wstring, DISPID> key_ids_; // keys looked up by name (DISPID_UNKNOWN: none)
-    HACCEL accel_ = nullptr;              // the mnemonic's table, handed out by GetControlInfo
-    wchar_t accel_key_ = 0;
+    HACCEL accel_ = nullptr;              // the keys' table, handed out by GetControlInfo
+    std::vector<ACCEL> accel_keys_;       // what it holds
     DWORD safety_enabled_ = 0;
     AccessibleLink accessible_;
 };

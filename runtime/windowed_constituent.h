@@ -86,6 +86,8 @@ public:
     KeyHandler on_key_down, on_key_up;
     std::function<void(int16_t &key_ascii)> on_key_press;
     MouseHandler on_mouse_down, on_mouse_move, on_mouse_up;
+    // The pointer shown over the window; null (or no handler) leaves it to the window.
+    std::function<HCURSOR()> cursor;
 
     // ---- for the runtime (UserControl)
     // Moves the window into `parent` (the control's window), above the constituents before it.
@@ -99,7 +101,7 @@ public:
     // Holds the control alive while one of its constituent's messages is handled (a host may
     // release the control from inside an event).
     std::function<ComPtr<IUnknown>()> keep_alive;
-    // The parent's side of a child's message (WM_COMMAND, WM_NOTIFY, WM_CTLCOLOR*): handled
+    // The parent's side of a child's message (WM_COMMAND, WM_NOTIFY, WM_*SCROLL, WM_CTLCOLOR*): handled
     // by the constituent the child belongs to. False when no constituent takes it.
     static bool reflect(UINT msg, WPARAM wp, LPARAM lp, LRESULT &result);
     // The constituent that `child` (its window or a part of it) belongs to, or null.
@@ -115,6 +117,8 @@ protected:
     // A notification from its window through WM_COMMAND or WM_NOTIFY.
     virtual bool on_command(WORD code, LRESULT &result) { return false; }
     virtual bool on_notify(NMHDR *header, LRESULT &result) { return false; }
+    // A scroll bar's request through WM_VSCROLL or WM_HSCROLL (SB_* code).
+    virtual bool on_scroll(int code, LRESULT &result) { return false; }
     // Whether a left-button release after a press in the window raises on_click (and a double
     // click on_dbl_click); kinds whose window reports clicks itself say no.
     virtual bool clicks_from_mouse() const { return false; }

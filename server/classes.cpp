@@ -12,6 +12,9 @@
 #include "frames/sepvbar.h"
 #include "grid/grdchk.h"
 #include "grid/grid.h"
+#include "inputs/dlst.h"
+#include "inputs/fontchars.h"
+#include "inputs/tbf.h"
 #include "inputs/updown.h"
 #include "runtime/property_page.h"
 #include "server/resource.h"
@@ -36,6 +39,9 @@ const ServerClass kClasses[] = {
     {&grdchk::Class, 0}, // private: the grid places it
     {&cbtn::Class, IDB_TOOLBOX_CBTN},
     {&updown::Class, IDB_TOOLBOX_UPDOWN},
+    {&dlst::Class, IDB_TOOLBOX_DLST},
+    {&tbf::Class, IDB_TOOLBOX_TBF},
+    {&fontchars::Class, IDB_TOOLBOX_FONTCHARS},
     {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
     {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},
     {&mnutxt::Class, IDB_TOOLBOX_MNUTXT},

@@ -14,6 +14,9 @@
 #define IDB_TOOLBOX_CBTN 110 // 110-119: the buttons
 // Input controls (500s).
 #define IDB_TOOLBOX_UPDOWN 501
+#define IDB_TOOLBOX_DLST 502
+#define IDB_TOOLBOX_TBF 503
+#define IDB_TOOLBOX_FONTCHARS 504
 // Window services (600s).
 #define IDB_TOOLBOX_RESIZELCK 601
 #define IDB_TOOLBOX_MNUTXT 602
