@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <olectl.h>
 
+#include "buttons/colour_popup.h"
 #include "buttons/frmctrlTOOLTIP.h"
 #include "runtime/module.h"
 #include "runtime/user_control.h"
@@ -20,6 +21,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void *)
     else if (reason == DLL_PROCESS_DETACH) {
         UnregisterControlWindowClass();
         UnregisterTooltipWindowClass();
+        UnregisterColourPopupClass();
     }
     return TRUE;
 }
