@@ -474,7 +474,12 @@ LRESULT CALLBACK ColourPopup::window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM
     if (!self) return DefWindowProcW(hwnd, msg, wp, lp);
     if (msg == WM_NCDESTROY) {
         SetWindowLongPtrW(hwnd, GWLP_USERDATA, 0);
-        if (self->hwnd_ == hwnd) self->hwnd_ = nullptr;
+        if (self->hwnd_ == hwnd) {
+            // Also when its owner, the form, is destroyed first: the next Show makes a new one.
+            self->hwnd_ = nullptr;
+            self->open_ = self->pressed_ = false;
+            self->tmrHOVER.Enabled(false);
+        }
         return DefWindowProcW(hwnd, msg, wp, lp);
     }
     try {

@@ -59,10 +59,14 @@ class ColourPopupTest : public testing::Test {
 protected:
     void SetUp() override
     {
+        make_form();
+        popup = std::make_unique<ColourPopup>(sink, clock);
+    }
+    void make_form()
+    {
         form = CreateWindowExW(0, L"STATIC", L"form", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 400, 300, nullptr,
                                nullptr, nullptr, nullptr);
         button = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 20, 20, 80, 24, form, nullptr, nullptr, nullptr);
-        popup = std::make_unique<ColourPopup>(sink, clock);
     }
     void TearDown() override
     {
@@ -253,6 +257,15 @@ TEST_F(ColourPopupTest, ATopLevelWindowOwnedByTheFormBelowTheButtonOrAboveItOnTh
     EXPECT_GT(q.right - q.left, p.right - p.left);
     EXPECT_THROW(popup->SetPalette(12), std::out_of_range);
     EXPECT_EQ(11, popup->palette().number);
+
+    // The form goes first, taking the open pop-up's window with it; another form gets a new one.
+    DestroyWindow(form);
+    EXPECT_FALSE(popup->IsOpen());
+    EXPECT_EQ(nullptr, popup->hwnd());
+    make_form();
+    open();
+    EXPECT_TRUE(IsWindowVisible(popup->hwnd()));
+    EXPECT_EQ(form, GetWindow(popup->hwnd(), GW_OWNER));
 }
 
 TEST_F(ColourPopupTest, ACellsTooltipIsItsNameAfterTheHoverTime)
@@ -291,10 +304,13 @@ TEST_F(ColourPopupTest, ACellsTooltipIsItsNameAfterTheHoverTime)
     EXPECT_FALSE(clock.Armed(popup->tmrHOVER));
 }
 
-TEST_F(ColourPopupTest, PicturesOfEveryPaletteShowEachCellInItsColour)
+TEST_F(ColourPopupTest, PicturesOfEveryPaletteShowEachCellInItsColourAtAnyDpi)
 {
     // One sheet, four pop-ups a row, each with its active cell, its selected colour and a
-    // document colour; test-output/colour-popups.png.
+    // document colour; test-output/colour-popups-<dpi>dpi.png.
+    window_dc screen(nullptr);
+    const int dpi = GetDeviceCaps(screen.get(), LOGPIXELSY);
+    EXPECT_EQ(MulDiv(18, dpi, 96), popup->Layout().cell);
     constexpr int kPerRow = 4, kGap = 12;
     int cell_w = 0, cell_h = 0;
     for (int32_t n = 0; n < kPaletteCount; ++n) {
@@ -333,7 +349,7 @@ TEST_F(ColourPopupTest, PicturesOfEveryPaletteShowEachCellInItsColour)
         EXPECT_EQ(0x3366CCu, px((L.doc_swatch.left + L.doc_swatch.right) / 2, (L.doc_swatch.top + L.doc_swatch.bottom) / 2));
         popup->Hide();
     }
-    EXPECT_TRUE(sheet.save_png(output_path(L"colour-popups.png")));
+    EXPECT_TRUE(sheet.save_png(output_path(L"colour-popups-" + std::to_wstring(dpi) + L"dpi.png")));
 }
 
 TEST_F(ColourPopupTest, NoHandlesLeftAfter1000OpeningsAndClosings)
@@ -342,8 +358,8 @@ TEST_F(ColourPopupTest, NoHandlesLeftAfter1000OpeningsAndClosings)
     auto cycle = [&](int i) {
         open();
         move_to(i % cells);
-        clock.Advance(ColourPopup::kHoverMs); // its tooltip
-        UpdateWindow(popup->hwnd());          // painted
+        if (i % 10 == 0) clock.Advance(ColourPopup::kHoverMs); // a cell's tooltip now and then
+        UpdateWindow(popup->hwnd());                            // painted
         switch (i % 3) {
         case 0: popup->Key(VK_ESCAPE); break;
         case 1: click_on(i % cells); break;
