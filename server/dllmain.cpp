@@ -6,6 +6,7 @@
 #include "buttons/colour_popup.h"
 #include "buttons/frmctrlTOOLTIP.h"
 #include "runtime/module.h"
+#include "runtime/property_page.h"
 #include "runtime/user_control.h"
 #include "server/class_factory.h"
 #include "server/classes.h"
@@ -22,6 +23,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void *)
         UnregisterControlWindowClass();
         UnregisterTooltipWindowClass();
         UnregisterColourPopupClass();
+        UnregisterPropertyPageWindowClass();
     }
     return TRUE;
 }
@@ -30,9 +32,9 @@ extern "C" HRESULT WINAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void **o
 {
     if (!out) return E_POINTER;
     *out = nullptr;
-    const ControlClass *cls = FindControlClass(clsid);
-    if (!cls) return CLASS_E_CLASSNOTAVAILABLE;
-    IClassFactory *factory = NewClassFactory(*cls);
+    auto create = CreatorOf(clsid);
+    if (!create) return CLASS_E_CLASSNOTAVAILABLE;
+    IClassFactory *factory = NewClassFactory(create);
     if (!factory) return E_OUTOFMEMORY;
     HRESULT hr = factory->QueryInterface(iid, out);
     factory->Release();
