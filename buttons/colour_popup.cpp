@@ -6,6 +6,7 @@
 
 #include "buttons/frmctrlTOOLTIP.h"
 #include "foundation/color_translate.h"
+#include "foundation/object_window.h"
 #include "foundation/trap.h"
 #include "runtime/module.h"
 
@@ -19,45 +20,10 @@ constexpr DWORD kExStyle = WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE;
 constexpr OleColor kInfoBack = 0x80000018u, kInfoText = 0x80000017u;
 ATOM g_class = 0;
 
-const wchar_t *window_class(WNDPROC proc)
-{
-    if (!g_class) {
-        WNDCLASSEXW wc{};
-        wc.cbSize = sizeof wc;
-        wc.lpfnWndProc = proc;
-        wc.hInstance = module::instance();
-        wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-        wc.lpszClassName = kClass;
-        wc.style = CS_DROPSHADOW | CS_SAVEBITS;
-        g_class = RegisterClassExW(&wc);
-    }
-    return kClass;
-}
-
-Rgb rgb_of(OleColor c, Rgb fallback)
-{
-    Rgb r = TranslateColor(c);
-    return r == kInvalidColor ? fallback : r;
-}
-
 RECT win_rect(const PxRect &r) { return {r.left, r.top, r.right, r.bottom}; }
 
-// Plain fills through the DC's own brush: nothing is created, nothing can leak.
-void fill(HDC dc, const PxRect &r, Rgb c)
-{
-    if (r.width() <= 0 || r.height() <= 0) return;
-    RECT w = win_rect(r);
-    SetDCBrushColor(dc, c);
-    FillRect(dc, &w, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-}
-
-void frame(HDC dc, const PxRect &r, Rgb c)
-{
-    fill(dc, {r.left, r.top, r.right, r.top + 1}, c);
-    fill(dc, {r.left, r.bottom - 1, r.right, r.bottom}, c);
-    fill(dc, {r.left, r.top, r.left + 1, r.bottom}, c);
-    fill(dc, {r.right - 1, r.top, r.right, r.bottom}, c);
-}
+void fill(HDC dc, const PxRect &r, Rgb c) { FillSolid(dc, win_rect(r), c); }
+void frame(HDC dc, const PxRect &r, Rgb c) { FrameSolid(dc, win_rect(r), c); }
 
 PxRect inset(const PxRect &r, int32_t by) { return {r.left + by, r.top + by, r.right - by, r.bottom - by}; }
 
@@ -208,7 +174,7 @@ void ColourPopup::create(HWND owner_root)
         hiding_ = false;
     }
     owner_root_ = owner_root;
-    CreateWindowExW(kExStyle, window_class(&ColourPopup::window_proc), L"", kStyle, 0, 0, 10, 10, owner_root, nullptr,
+    CreateWindowExW(kExStyle, RegisterObjectWindowClass(g_class, kClass, &ObjectWindowProc<ColourPopup>, module::instance(), CS_DROPSHADOW | CS_SAVEBITS), L"", kStyle, 0, 0, 10, 10, owner_root, nullptr,
                     module::instance(), this);
 }
 
@@ -271,7 +237,7 @@ std::wstring ColourPopup::name_of(int32_t item) const
 {
     if (item == popup_item::Doc) {
         // The palette's name for the document colour when it has one.
-        int32_t i = palette_.find(rgb_of(doc_, kInvalidColor));
+        int32_t i = palette_.find(TranslateColorOr(doc_, kInvalidColor));
         return i >= 0 ? palette_.cells[static_cast<size_t>(i)].name : doc_caption_;
     }
     if (item == popup_item::Custom) return custom_caption_;
@@ -345,7 +311,7 @@ bool ColourPopup::Key(UINT vk)
     default: return false;
     }
     // From nothing active, the keys start at the selected colour's cell.
-    const int32_t start = std::max(palette_.find(rgb_of(selected_, kInvalidColor)), 0);
+    const int32_t start = std::max(palette_.find(TranslateColorOr(selected_, kInvalidColor)), 0);
     set_active(MoveActive(active_, move, palette_.columns, static_cast<int32_t>(palette_.cells.size()), start), false);
     return true;
 }
@@ -417,9 +383,9 @@ void ColourPopup::paint(HDC dc, const RECT &dirty)
 {
     if (layout_stale_) relayout();
     const PopupLayout &L = layout_;
-    const Rgb back = rgb_of(back_, GetSysColor(COLOR_WINDOW)), fill_colour = rgb_of(fill_, back),
-              fore = rgb_of(fore_, GetSysColor(COLOR_BTNTEXT)), highlight = GetSysColor(COLOR_HIGHLIGHT);
-    const Rgb selected = rgb_of(selected_, kInvalidColor);
+    const Rgb back = TranslateColorOr(back_, GetSysColor(COLOR_WINDOW)), fill_colour = TranslateColorOr(fill_, back),
+              fore = TranslateColorOr(fore_, GetSysColor(COLOR_BTNTEXT)), highlight = GetSysColor(COLOR_HIGHLIGHT);
+    const Rgb selected = TranslateColorOr(selected_, kInvalidColor);
     saved_dc keep(dc);
     select_guard use(dc, font_.get());
     SetBkMode(dc, TRANSPARENT);
@@ -434,7 +400,7 @@ void ColourPopup::paint(HDC dc, const RECT &dirty)
     };
     if (meets(L.doc, dirty)) {
         item_back(popup_item::Doc, L.doc);
-        swatch(dc, L.doc_swatch, rgb_of(doc_, back));
+        swatch(dc, L.doc_swatch, TranslateColorOr(doc_, back));
         text(dc, L.doc_text, doc_caption_, DT_LEFT);
     }
     for (int32_t i = 0; i < static_cast<int32_t>(palette_.cells.size()); ++i) {
@@ -461,32 +427,15 @@ void ColourPopup::paint(HDC dc, const RECT &dirty)
 
 // ---------------------------------------------------------------- the window
 
-LRESULT CALLBACK ColourPopup::window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp)
+void ColourPopup::attach_window(HWND hwnd) { hwnd_ = hwnd; }
+
+void ColourPopup::detach_window(HWND hwnd)
 {
-    if (msg == WM_NCCREATE) {
-        auto *cs = reinterpret_cast<CREATESTRUCTW *>(lp);
-        auto *self = static_cast<ColourPopup *>(cs->lpCreateParams);
-        SetWindowLongPtrW(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-        if (self) self->hwnd_ = hwnd;
-        return DefWindowProcW(hwnd, msg, wp, lp);
-    }
-    auto *self = reinterpret_cast<ColourPopup *>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
-    if (!self) return DefWindowProcW(hwnd, msg, wp, lp);
-    if (msg == WM_NCDESTROY) {
-        SetWindowLongPtrW(hwnd, GWLP_USERDATA, 0);
-        if (self->hwnd_ == hwnd) {
-            // Also when its owner, the form, is destroyed first: the next Show makes a new one.
-            self->hwnd_ = nullptr;
-            self->open_ = self->pressed_ = false;
-            self->tmrHOVER.Enabled(false);
-        }
-        return DefWindowProcW(hwnd, msg, wp, lp);
-    }
-    try {
-        return self->on_message(msg, wp, lp);
-    } catch (...) {
-        return 0;
-    }
+    if (hwnd_ != hwnd) return;
+    // Also when its owner, the form, is destroyed first: the next Show makes a new one.
+    hwnd_ = nullptr;
+    open_ = pressed_ = false;
+    tmrHOVER.Enabled(false);
 }
 
 LRESULT ColourPopup::on_message(UINT msg, WPARAM wp, LPARAM lp)

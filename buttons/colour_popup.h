@@ -28,6 +28,7 @@
 #include "buttons/colour_popup_layout.h"
 #include "foundation/colors.h"
 #include "foundation/handles.h"
+#include "foundation/object_window.h"
 
 namespace tarn {
 
@@ -83,7 +84,9 @@ public:
     clsCBTNDDP tmrHOVER;
 
 private:
-    static LRESULT CALLBACK window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp);
+    template <class T> friend LRESULT CALLBACK ObjectWindowProc(HWND, UINT, WPARAM, LPARAM);
+    void attach_window(HWND hwnd);
+    void detach_window(HWND hwnd);
     LRESULT on_message(UINT msg, WPARAM wp, LPARAM lp);
     void create(HWND owner_root);
     void relayout();
