@@ -6,10 +6,14 @@
 
 namespace tarn {
 
-void ButtonKeys::KeyDown(int16_t &code, int16_t shift)
+void ButtonKeys::KeyDown(int16_t &code, int16_t shift, const std::function<bool(int16_t)> &taken)
 {
     // Raised first: the arrows move the focus even when the container handles the key.
     host_.RaiseButtonEvent(button_events::KeyDown, EventArgs().ref(code).val(shift));
+    if (taken && taken(code)) {
+        last_key_ = 0;
+        return;
+    }
     last_key_ = code;
     if (code == VK_SPACE) tracker_.MouseDown(mouse::Left, 0, 1, 1);
     else if (code == VK_RIGHT || code == VK_DOWN) step([&] { SendTab(false); });

@@ -93,9 +93,9 @@ void HoverTracker::Posn(int16_t button, int16_t shift, float x, float y)
     raise_mouse(button_events::MouseOut, button, shift, x, y);
 }
 
-void HoverTracker::MouseUp(int16_t button, int16_t shift, float x, float y)
+void HoverTracker::MouseUp(int16_t button, int16_t shift, float x, float y, bool any_button)
 {
-    if (button != mouse::Right) paint(face::Normal);
+    if (button != mouse::Right || any_button) paint(face::Normal);
     mouse_down_ = false;
     raise_mouse(events::MouseUp, button, shift, x, y);
 }
@@ -106,6 +106,7 @@ void HoverTracker::Click()
     paint(face::None);
     EventArgs none;
     host_.RaiseButtonEvent(events::Click, none);
+    host_.Clicked();
 }
 
 void HoverTracker::DblClick()

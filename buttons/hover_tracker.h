@@ -30,6 +30,8 @@ public:
     virtual void RaiseButtonEvent(DISPID id, EventArgs &args) = 0;
     virtual std::wstring TipText() const = 0;
     virtual bool ButtonEnabled() const = 0;
+    // After Click was raised (the colour button opens its pop-up here).
+    virtual void Clicked() {}
 
 protected:
     ~ButtonHost() = default;
@@ -45,7 +47,9 @@ public:
     // The mouse, in pixels.
     void MouseDown(int16_t button, int16_t shift, float x, float y);
     void MouseMove(int16_t button, int16_t shift, float x, float y);
-    void MouseUp(int16_t button, int16_t shift, float x, float y);
+    // The normal face comes back on a release of any button but the right one, or of any
+    // button at all with `any_button` (the picture button's rule).
+    void MouseUp(int16_t button, int16_t shift, float x, float y, bool any_button = false);
     // The hover tracker itself (MousePosn), which a container may drive.
     void Posn(int16_t button, int16_t shift, float x, float y);
     // Raises Click when the last press was the left button's and the button is enabled.

@@ -1,6 +1,8 @@
 #include "server/classes.h"
 
 #include "buttons/cbtn.h"
+#include "buttons/cbtnddp.h"
+#include "buttons/pbtn.h"
 #include "frames/cframe.h"
 #include "frames/lnev.h"
 #include "grid/grdchk.h"
@@ -21,6 +23,8 @@ const ServerClass kClasses[] = {
     {&grid::Class, IDB_TOOLBOX_GRID},
     {&grdchk::Class, 0}, // private: the grid places it
     {&cbtn::Class, IDB_TOOLBOX_CBTN},
+    {&cbtnddp::Class, IDB_TOOLBOX_CBTNDDP},
+    {&pbtn::Class, IDB_TOOLBOX_PBTN},
     {&updown::Class, IDB_TOOLBOX_UPDOWN},
     {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
     {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},

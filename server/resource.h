@@ -5,6 +5,8 @@
 #define IDB_TOOLBOX_GRID 102
 #define IDB_TOOLBOX_LNEV 103
 #define IDB_TOOLBOX_CBTN 110 // 110-119: the buttons
+#define IDB_TOOLBOX_CBTNDDP 111
+#define IDB_TOOLBOX_PBTN 112
 // Input controls (500s).
 #define IDB_TOOLBOX_UPDOWN 501
 // Window services (600s).
