@@ -246,6 +246,18 @@ std::wstring ColourPopup::name_of(int32_t item) const
 }
 
 OleColor ColourPopup::ActiveColour() const { return colour_of(active_); }
+
+int32_t ColourPopup::SelectedItem() const { return palette_.find(TranslateColorOr(selected_, kInvalidColor)); }
+
+int32_t ColourPopup::ItemAt(int32_t x, int32_t y)
+{
+    return HitTest(Layout(), static_cast<int32_t>(palette_.cells.size()), x, y);
+}
+
+void ColourPopup::Choose(int32_t item)
+{
+    if (open_ && (has_colour(item) || item == popup_item::Custom)) choose(item);
+}
 std::wstring ColourPopup::ActiveText() const { return has_colour(active_) ? name_of(active_) : L""; }
 
 void ColourPopup::invalidate(int32_t item)
@@ -272,6 +284,7 @@ void ColourPopup::set_active(int32_t item, bool by_mouse)
         step([&] { close_tip(); });
         tmrHOVER.Enabled(false);
     }
+    step([&] { accessible_.focus_moved(hwnd_, item, static_cast<int32_t>(palette_.cells.size())); });
     if (has_colour(item)) sink_.ActiveChanged(colour_of(item), name_of(item));
 }
 
@@ -434,6 +447,7 @@ void ColourPopup::detach_window(HWND hwnd)
     if (hwnd_ != hwnd) return;
     // Also when its owner, the form, is destroyed first: the next Show makes a new one.
     hwnd_ = nullptr;
+    accessible_.disconnect();
     open_ = pressed_ = false;
     tmrHOVER.Enabled(false);
 }
@@ -452,6 +466,11 @@ LRESULT ColourPopup::on_message(UINT msg, WPARAM wp, LPARAM lp)
         return 0;
     case WM_ERASEBKGND:
         return 1;
+    case WM_GETOBJECT: {
+        bool handled = false;
+        LRESULT r = accessible_.answer(hwnd_, wp, lp, *this, handled);
+        return handled ? r : DefWindowProcW(hwnd_, msg, wp, lp);
+    }
     case WM_MOUSEACTIVATE:
         return MA_NOACTIVATE;
     case WM_MOUSEMOVE:

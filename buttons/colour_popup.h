@@ -25,6 +25,7 @@
 #include "buttons/cbtnddp_palettes.h"
 #include "buttons/clsCBTNDDP.h"
 #include "buttons/clsCBTNDDP_clock.h"
+#include "buttons/colour_popup_accessible.h"
 #include "buttons/colour_popup_layout.h"
 #include "foundation/colors.h"
 #include "foundation/handles.h"
@@ -76,6 +77,13 @@ public:
     OleColor ActiveColour() const;
     std::wstring ActiveText() const;
     HWND hwnd() const { return hwnd_; }
+    // For screen readers: an item's name, the cell of the selected colour (None without
+    // one), whether an item is it, the item at a client point, and choosing as a click does.
+    std::wstring ItemName(int32_t item) const { return name_of(item); }
+    int32_t SelectedItem() const;
+    bool IsSelected(int32_t item) const { return item >= 0 && item == SelectedItem(); }
+    int32_t ItemAt(int32_t x, int32_t y);
+    void Choose(int32_t item);
     // The client size and the geometry it holds.
     const PopupLayout &Layout();
     // The whole pop-up as it paints itself, into any DC (pictures, printing).
@@ -118,6 +126,7 @@ private:
     bool open_ = false, hiding_ = false, pressed_ = false;
     int32_t active_ = popup_item::None; // highlighted: under the pointer or moved to by key
     int32_t hot_ = popup_item::None;    // under the pointer
+    PopupAccessible accessible_;
 };
 
 // Removes the pop-up's window class when the DLL unloads.

@@ -81,7 +81,7 @@ Variant font(const wchar_t *name, double size, bool bold = false)
     return Variant::of_dispatch(f.get());
 }
 
-constexpr int kPopupRoom = 280;
+constexpr int kPopupRoom = 170;
 
 std::vector<Exhibit> exhibits()
 {
@@ -467,22 +467,23 @@ void draw_titles(HDC dc, const std::vector<Placed> &placed)
     }
 }
 
+// The colour pop-up on the screen (a visible top-level window of this thread).
+BOOL CALLBACK find_popup(HWND w, LPARAM out)
+{
+    wchar_t name[64] = {};
+    GetClassNameW(w, name, 64);
+    if (!IsWindowVisible(w) || std::wstring(name) != L"TarnControlsColourPopup") return TRUE;
+    *reinterpret_cast<HWND *>(out) = w;
+    return FALSE;
+}
+
 // The colour button's pop-up, opened and drawn below the button as the screen shows it.
 void draw_popup(HDC dc, Placed &p)
 {
     if (FAILED(p.control->activate())) return;
     p.control->call(L"ShowPopUp");
     HWND popup = nullptr;
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND w, LPARAM out) {
-            wchar_t name[64] = {};
-            GetClassNameW(w, name, 64);
-            if (!IsWindowVisible(w) || std::wstring(name) != L"TarnControlsColourPopup") return TRUE;
-            *reinterpret_cast<HWND *>(out) = w;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&popup));
+    EnumThreadWindows(GetCurrentThreadId(), &find_popup, reinterpret_cast<LPARAM>(&popup));
     if (popup) {
         RECT client{};
         GetClientRect(popup, &client);

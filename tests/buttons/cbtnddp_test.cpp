@@ -4,6 +4,8 @@
 // openings.
 #include <gtest/gtest.h>
 
+#include <oleacc.h>
+
 #include <algorithm>
 
 #include "buttons/button_test.h"
@@ -32,20 +34,21 @@ std::wstring events(Hosted &b)
     return all;
 }
 
+// The colour pop-up on the screen (a visible top-level window of this thread).
+BOOL CALLBACK find_popup(HWND w, LPARAM out)
+{
+    wchar_t name[64] = {};
+    GetClassNameW(w, name, 64);
+    if (!IsWindowVisible(w) || std::wstring(name) != L"TarnControlsColourPopup") return TRUE;
+    *reinterpret_cast<HWND *>(out) = w;
+    return FALSE;
+}
+
 // The pop-up on the screen now (a top-level window of this thread), or null.
 HWND shown_popup()
 {
     HWND found = nullptr;
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND w, LPARAM out) {
-            wchar_t name[64] = {};
-            GetClassNameW(w, name, 64);
-            if (std::wstring(name) != L"TarnControlsColourPopup" || !IsWindowVisible(w)) return TRUE;
-            *reinterpret_cast<HWND *>(out) = w;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&found));
+    EnumThreadWindows(GetCurrentThreadId(), &find_popup, reinterpret_cast<LPARAM>(&found));
     return found;
 }
 
@@ -291,4 +294,59 @@ TEST_F(ColourButtonTest, AThousandOpeningsAndClosingsLeaveNoObjectsBehind)
     pump();
     EXPECT_FALSE(shown_popup());
     EXPECT_EQ(std::vector<std::string>{}, before.changes());
+}
+
+TEST_F(ColourButtonTest, ScreenReadersReadThePopupAsAListOfNamedColours)
+{
+    Hosted &b = active();
+    ComPtr<IAccessible> button;
+    ASSERT_EQ(S_OK, AccessibleObjectFromWindow(b.hwnd(), OBJID_CLIENT, IID_IAccessible, button.put_void()));
+    Variant role;
+    ASSERT_EQ(S_OK, button->get_accRole(*I4(CHILDID_SELF).get(), role.put()));
+    EXPECT_EQ(ROLE_SYSTEM_PUSHBUTTON, V_I4(role.get()));
+
+    b.put(L"Palette", I4(0));
+    b.call(L"ShowPopUp");
+    HWND p = shown_popup();
+    ASSERT_TRUE(p);
+    ComPtr<IAccessible> list;
+    ASSERT_EQ(S_OK, AccessibleObjectFromWindow(p, OBJID_CLIENT, IID_IAccessible, list.put_void()));
+    const Palette palette = MakePalette(0);
+    const long cells = static_cast<long>(palette.cells.size());
+    long count = 0;
+    ASSERT_EQ(S_OK, list->get_accChildCount(&count));
+    EXPECT_EQ(cells + 2, count); // lblCbtn1, the cells, lblCUSTOM
+    ASSERT_EQ(S_OK, list->get_accRole(*I4(CHILDID_SELF).get(), role.put()));
+    EXPECT_EQ(ROLE_SYSTEM_LIST, V_I4(role.get()));
+    auto name = [&](long child) {
+        Bstr n;
+        list->get_accName(*I4(child).get(), n.put());
+        return n.str();
+    };
+    EXPECT_EQ(palette.cells[0].name, name(2));
+    EXPECT_EQ(palette.cells[static_cast<size_t>(cells - 1)].name, name(cells + 1));
+    EXPECT_EQ(L"More Colors...", name(cells + 2));
+    EXPECT_EQ(E_INVALIDARG, list->get_accName(*I4(cells + 3).get(), Bstr().put()));
+
+    // Keys move the focus through the items; the hit test and the location agree.
+    key(b.hwnd(), WM_KEYDOWN, VK_HOME);
+    Variant focus;
+    ASSERT_EQ(S_OK, list->get_accFocus(focus.put()));
+    EXPECT_EQ(2, V_I4(focus.get()));
+    long x = 0, y = 0, w = 0, h = 0;
+    ASSERT_EQ(S_OK, list->accLocation(&x, &y, &w, &h, *I4(5).get()));
+    Variant hit;
+    ASSERT_EQ(S_OK, list->accHitTest(x + w / 2, y + h / 2, hit.put()));
+    EXPECT_EQ(5, V_I4(hit.get()));
+    // The default action chooses, as a click does.
+    b.log().clear_events();
+    ASSERT_EQ(S_OK, list->accDoDefaultAction(*I4(5).get()));
+    EXPECT_EQ(L"ChangeSelectedCol Change", events(b));
+    EXPECT_EQ(static_cast<int64_t>(palette.cells[3].colour), as_integer(b.get(L"SelectedColor")));
+    Variant state;
+    ASSERT_EQ(S_OK, list->get_accState(*I4(5).get(), state.put()));
+    EXPECT_TRUE(V_I4(state.get()) & STATE_SYSTEM_SELECTED);
+    // The list outlives the button without harm.
+    close(b);
+    EXPECT_EQ(CO_E_OBJNOTCONNECTED, list->get_accChildCount(&count));
 }
