@@ -326,6 +326,24 @@ protected:
         this->Invalidate();
     }
 
+    // The keys the buttons read alike before their colours, in their order.
+    void read_face_keys(PropertyBag &bag)
+    {
+        ComPtr<IFontDisp> ambient = this->Ambient().Font();
+        step([&] { face_.font = bag.read_font(L"FONT", ambient.get()); });
+        // Written as "MASKHLIGHT": what was saved never comes back, a restored button starts
+        // with button face.
+        step([&] { face_.mask = bag.read_color(L"MASKHLIGHTCOLOR", syscolor::ButtonFace); });
+        step([&] { face_.type = bag.read_int(Self::kButtonTypeKey, btype::Button); });
+        step([&] { face_.caption = bag.read_string(L"TEXT", kDefaultCaption); });
+        step([&] { tooltip_ = bag.read_string(L"TOOLTIP", L""); });
+        step([&] { face_.enabled = bag.read_bool(L"ENABLED", true); });
+        step([&] { face_.picBOX.Enabled = face_.picBOXdis.Enabled = face_.enabled; });
+        step([&] { face_.back_custom = bag.read_bool(L"BACKCOLORCUST", false); });
+        step([&] { face_.picBOX.Picture = bag.read_picture(L"PICTURE", nullptr); });
+        step([&] { face_.focus_rect = bag.read_bool(L"FOCUSRECT", true); });
+        step([&] { face_.picture_visible = bag.read_bool(L"SHOWPICTURE", false); });
+    }
     // The properties the button's saved keys share, read and written by the controls.
     void read_mouse_keys(PropertyBag &bag)
     {

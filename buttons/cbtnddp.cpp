@@ -55,19 +55,7 @@ void cbtnddp::InitProperties()
 
 void cbtnddp::ReadProperties(PropertyBag &bag)
 {
-    ComPtr<IFontDisp> ambient = Ambient().Font();
-    step([&] { face_.font = bag.read_font(L"FONT", ambient.get()); });
-    // Written as "MASKHLIGHT": what was saved never comes back.
-    step([&] { face_.mask = bag.read_color(L"MASKHLIGHTCOLOR", syscolor::ButtonFace); });
-    step([&] { face_.type = bag.read_int(L"BUTTONTYPE", btype::Button); });
-    step([&] { face_.caption = bag.read_string(L"TEXT", kDefaultCaption); });
-    step([&] { tooltip_ = bag.read_string(L"TOOLTIP", L""); });
-    step([&] { face_.enabled = bag.read_bool(L"ENABLED", true); });
-    step([&] { face_.picBOX.Enabled = face_.picBOXdis.Enabled = face_.enabled; });
-    step([&] { face_.back_custom = bag.read_bool(L"BACKCOLORCUST", false); });
-    step([&] { face_.picBOX.Picture = bag.read_picture(L"PICTURE", nullptr); });
-    step([&] { face_.focus_rect = bag.read_bool(L"FOCUSRECT", true); });
-    step([&] { face_.picture_visible = bag.read_bool(L"SHOWPICTURE", false); });
+    read_face_keys(bag);
     // Each colour read twice with different defaults: the first for the pop-up's panel, the
     // second for the face. Only a saved value gives both the same colour.
     step([&] { popup_back_ = bag.read_color(L"BACKCOLOR", kPanelBack); });

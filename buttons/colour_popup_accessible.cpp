@@ -7,9 +7,8 @@
 
 #include "buttons/colour_popup.h"
 #include "runtime/com.h"
-#include "runtime/com_object.h"
+#include "runtime/accessible_base.h"
 #include "runtime/guarded.h"
-#include "runtime/module.h"
 
 namespace tarn {
 
@@ -39,7 +38,7 @@ void set_i4(VARIANT *out, long v)
 
 } // namespace
 
-class PopupAccessibleObject final : public ComObject<IAccessible> {
+class PopupAccessibleObject final : public AccessibleBase {
 public:
     PopupAccessibleObject(HWND hwnd, ColourPopup *popup) : hwnd_(hwnd), popup_(popup)
     {
@@ -50,25 +49,6 @@ public:
         popup_ = nullptr;
         standard_.reset();
     }
-    void *query_more(REFIID riid) override { return riid == IID_IDispatch ? static_cast<IAccessible *>(this) : nullptr; }
-
-    STDMETHODIMP GetTypeInfoCount(UINT *n) override
-    {
-        if (!n) return E_POINTER;
-        *n = 0;
-        return S_OK;
-    }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo **info) override
-    {
-        if (info) *info = nullptr;
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR *, UINT, LCID, DISPID *) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS *, VARIANT *, EXCEPINFO *, UINT *) override
-    {
-        return E_NOTIMPL;
-    }
-
     STDMETHODIMP get_accParent(IDispatch **out) override
     {
         if (!out) return E_POINTER;
@@ -190,8 +170,6 @@ public:
             return S_OK;
         });
     }
-    STDMETHODIMP put_accName(VARIANT, BSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP put_accValue(VARIANT, BSTR) override { return E_NOTIMPL; }
 
 private:
     int32_t cells() const { return static_cast<int32_t>(popup_->palette().cells.size()); }
@@ -260,7 +238,6 @@ private:
         return guarded([&] { return call(standard_.get()); });
     }
 
-    module::ObjectCount count_;
     HWND hwnd_;
     ColourPopup *popup_;
     ComPtr<IAccessible> standard_;

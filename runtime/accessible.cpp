@@ -1,14 +1,13 @@
 #include "runtime/accessible.h"
 
-#include "runtime/com_object.h"
+#include "runtime/accessible_base.h"
 #include "runtime/guarded.h"
 
 #include <new>
-#include "runtime/module.h"
 
 namespace tarn {
 
-class AccessibleObject final : public ComObject<IAccessible> {
+class AccessibleObject final : public AccessibleBase {
 public:
     AccessibleObject(HWND hwnd, AccessibleOwner *owner) : owner_(owner)
     {
@@ -18,29 +17,6 @@ public:
     {
         owner_ = nullptr;
         standard_.reset();
-    }
-
-    void *query_more(REFIID riid) override // IAccessible is a dual interface
-    {
-        return riid == IID_IDispatch ? static_cast<IAccessible *>(this) : nullptr;
-    }
-
-    // IDispatch: clients use the vtable; late binding is not offered.
-    STDMETHODIMP GetTypeInfoCount(UINT *n) override
-    {
-        if (!n) return E_POINTER;
-        *n = 0;
-        return S_OK;
-    }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo **info) override
-    {
-        if (info) *info = nullptr;
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR *, UINT, LCID, DISPID *) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS *, VARIANT *, EXCEPINFO *, UINT *) override
-    {
-        return E_NOTIMPL;
     }
 
     // IAccessible: what the control says of itself.
@@ -118,8 +94,6 @@ public:
     {
         return std_variant(out, [&](IAccessible *s) { return s->accHitTest(x, y, out); });
     }
-    STDMETHODIMP put_accName(VARIANT, BSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP put_accValue(VARIANT, BSTR) override { return E_NOTIMPL; }
 
 private:
     static bool is_self(const VARIANT &child) { return V_VT(&child) == VT_I4 && V_I4(&child) == CHILDID_SELF; }
@@ -173,7 +147,6 @@ private:
         return guarded([&] { return call(standard_.get()); });
     }
 
-    module::ObjectCount count_;
     AccessibleOwner *owner_;
     ComPtr<IAccessible> standard_;
 };

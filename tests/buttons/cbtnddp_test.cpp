@@ -76,15 +76,9 @@ POINT more_colors(HWND p)
     return {r.right / 2, r.bottom - 14};
 }
 
-class ColourButtonTest : public ControlTest {
+class ColourButtonTest : public ButtonTest {
 protected:
-    Hosted &active(RECT pos = {10, 10, 110, 35})
-    {
-        Hosted &b = place(kColourButton, pos);
-        b.activate();
-        allow_focus(b);
-        return b;
-    }
+    Hosted &active(RECT pos = {10, 10, 110, 35}) { return ButtonTest::active(pos, kColourButton); }
 };
 
 } // namespace
