@@ -122,6 +122,10 @@ TEST_F(HostConventions, TheGeneralPageShowsEachVisibleControlsPropertiesAndAppli
         {L"TarnControls.cbtn", L"BACKCOLOR", L"&H000000FF&", 0xFF, L"BACKCOLOR"},
         {L"TarnControls.cbtn", L"ButtonType", L"11 - ", 11, L"BTYPE"},
         {L"TarnControls.cbtn", L"Enabled", L"False", 0, L"ENABLED"},
+        {L"TarnControls.cbtnddp", L"ButtonType", L"5 - ", 5, L"BUTTONTYPE"},
+        {L"TarnControls.cbtnddp", L"Palette", L"7 - ", 7, L"Palette"},
+        {L"TarnControls.cbtnddp", L"SelectedColor", L"&H00336699&", 0x336699, L"SELECTEDCOLOR"},
+        {L"TarnControls.pbtn", L"Enabled", L"False", 0, L"ENABLED"},
         {L"TarnControls.lnev", L"BACKCOLOR", L"255", 255, L"BACKCOLOR"},
         {L"TarnControls.updown", L"ForeColor", L"0x00FF00", 0xFF00, L"ForeColor"},
         {L"TarnControls.grid", L"BorderStyle", L"0", 0, L"BorderStyle"},
@@ -221,6 +225,8 @@ TEST_F(HostConventions, EachClassDeclaresItsPagesSafetyAndStatus)
         {L"TarnControls.cframe", true, true, 0, OLEMISC_ALWAYSRUN},
         {L"TarnControls.lnev", true, true, 0, OLEMISC_ACTSLIKEBUTTON},
         {L"TarnControls.cbtn", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME},
+        {L"TarnControls.cbtnddp", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME},
+        {L"TarnControls.pbtn", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME},
         {L"TarnControls.updown", true, true, 0, OLEMISC_ALWAYSRUN},
         {L"TarnControls.grid", true, false, 0, 0},  // reads and writes files
         {L"TarnControls.grdchk", true, true, 0, 0},
@@ -247,7 +253,9 @@ TEST_F(HostConventions, EachClassDeclaresItsPagesSafetyAndStatus)
             ASSERT_LE(1u, pages.cElems);
             EXPECT_EQ(CLSID_TarnGeneralPage, pages.pElems[0]);
             bool colour = std::find(pages.pElems, pages.pElems + pages.cElems, CLSID_CColorPropPage) != pages.pElems + pages.cElems;
-            EXPECT_EQ(std::wstring(c.progid) != L"TarnControls.grid", colour); // the grid has no colour property
+            // The grid and the picture button have no colour property.
+            const std::wstring id = c.progid;
+            EXPECT_EQ(id != L"TarnControls.grid" && id != L"TarnControls.pbtn", colour);
             CoTaskMemFree(pages.pElems);
             EXPECT_EQ(E_POINTER, specify->GetPages(nullptr));
         }
@@ -299,6 +307,7 @@ TEST_F(HostConventions, EveryVisibleControlAnswersScreenReadersWithItsRole)
         {L"TarnControls.cframe", ROLE_SYSTEM_GROUPING},   {L"TarnControls.lnev", ROLE_SYSTEM_SEPARATOR},
         {L"TarnControls.cbtn", ROLE_SYSTEM_PUSHBUTTON},   {L"TarnControls.updown", ROLE_SYSTEM_SPINBUTTON},
         {L"TarnControls.grid", ROLE_SYSTEM_TABLE},        {L"TarnControls.grdchk", ROLE_SYSTEM_CHECKBUTTON},
+        {L"TarnControls.cbtnddp", ROLE_SYSTEM_PUSHBUTTON}, {L"TarnControls.pbtn", ROLE_SYSTEM_PUSHBUTTON},
     };
     allow_self_sizing(form);
     int y = 10;
