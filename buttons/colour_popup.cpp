@@ -53,9 +53,6 @@ ColourPopup::ColourPopup(ColourPopupSink &sink, TimerClock &clock) : tmrHOVER(cl
     frmctrlTOOLTIP::AddUser();
     palette_ = MakePalette(kDefaultPalette);
     back_ = fill_ = syscolor::Window;
-    NONCLIENTMETRICSW m{};
-    m.cbSize = sizeof m;
-    if (SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof m, &m, 0)) font_.reset(CreateFontIndirectW(&m.lfMessageFont));
     tmrHOVER.Interval(kHoverMs);
     tmrHOVER.OnTimer = [this] { on_hover(); };
 }
@@ -78,6 +75,7 @@ ColourPopup::~ColourPopup()
 
 void ColourPopup::SetPalette(int32_t number)
 {
+    if (number == palette_.number && !palette_.cells.empty()) return;
     Palette p = MakePalette(number);
     palette_ = std::move(p);
     if (active_ >= static_cast<int32_t>(palette_.cells.size())) active_ = popup_item::None;
@@ -131,6 +129,18 @@ void ColourPopup::SetFont(const LOGFONTW &font)
     if (hwnd_) InvalidateRect(hwnd_, nullptr, FALSE);
 }
 
+// The font set, else the system's message font, made when first needed: most colour
+// buttons never open their pop-up.
+HFONT ColourPopup::font()
+{
+    if (!font_) {
+        NONCLIENTMETRICSW m{};
+        m.cbSize = sizeof m;
+        if (SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof m, &m, 0)) font_.reset(CreateFontIndirectW(&m.lfMessageFont));
+    }
+    return font_.get();
+}
+
 // ---------------------------------------------------------------- geometry
 
 void ColourPopup::relayout()
@@ -139,7 +149,7 @@ void ColourPopup::relayout()
     HDC dc = screen.get();
     int32_t dpi = 96, text_h = 13, text_w = 0;
     if (dc) {
-        select_guard use(dc, font_.get());
+        select_guard use(dc, font());
         TEXTMETRICW tm{};
         if (GetTextMetricsW(dc, &tm)) text_h = tm.tmHeight;
         dpi = GetDeviceCaps(dc, LOGPIXELSY);
@@ -400,7 +410,7 @@ void ColourPopup::paint(HDC dc, const RECT &dirty)
               fore = TranslateColorOr(fore_, GetSysColor(COLOR_BTNTEXT)), highlight = GetSysColor(COLOR_HIGHLIGHT);
     const Rgb selected = TranslateColorOr(selected_, kInvalidColor);
     saved_dc keep(dc);
-    select_guard use(dc, font_.get());
+    select_guard use(dc, font());
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, fore);
     fill(dc, {dirty.left, dirty.top, dirty.right, dirty.bottom}, back);

@@ -97,6 +97,7 @@ private:
     void detach_window(HWND hwnd);
     LRESULT on_message(UINT msg, WPARAM wp, LPARAM lp);
     void create(HWND owner_root);
+    HFONT font();
     void relayout();
     void paint(HDC dc, const RECT &dirty);
     void invalidate(int32_t item);

@@ -65,7 +65,6 @@ void pbtn::Initialize()
 {
     SetDesignSize(960, 960);
     SetBackColor(syscolor::ButtonFace);
-    caption_font();
 }
 
 void pbtn::Terminate()
@@ -78,7 +77,9 @@ void pbtn::caption_font()
     // The label's set-up: the caption face by name, in the container's size and weight.
     ComPtr<IFontDisp> ambient = Ambient().Font();
     ComPtr<IFontDisp> font = ComPtr<IFontDisp>::attach(CloneFontObject(ambient.get()));
-    if (font && system_has_face(kCaptionFace)) {
+    // Asked once per process: the font list is slow to walk and a face seldom comes or goes.
+    static const bool has_face = system_has_face(kCaptionFace);
+    if (font && has_face) {
         if (ComPtr<IFont> f = font.as<IFont>(IID_IFont)) {
             BSTR name = SysAllocString(kCaptionFace);
             f->put_Name(name);
