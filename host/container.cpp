@@ -153,9 +153,20 @@ void Container::ambient_changed(DISPID id)
 Hosted::Hosted(Container &container, const std::wstring &progid, RECT pos, Init init, IUnknown *source)
     : container_(container)
 {
+    create(progid, pos, init, source, container.hwnd());
+}
+
+Hosted::Hosted(Hosted &frame, const std::wstring &progid, RECT pos, Init init) : container_(frame.container_)
+{
+    create(progid, pos, init, nullptr, frame.hwnd());
+}
+
+void Hosted::create(const std::wstring &progid, RECT pos, Init init, IUnknown *source, HWND window)
+{
+    Container &container = container_;
     container_.hosted_.push_back(this);
     for (const std::wstring &call : container_.site_calls_) log_.allow(call);
-    site_ = ComPtr<Site>::attach(new Site(container.hwnd(), container.frame(), container.ambient(), log_));
+    site_ = ComPtr<Site>::attach(new Site(window, container.frame(), container.ambient(), log_));
     site_->set_position(pos);
 
     CLSID clsid{};

@@ -75,6 +75,9 @@ class Hosted {
 public:
     Hosted(Container &container, const std::wstring &progid, RECT pos, Init init = Init::New,
            IUnknown *source = nullptr);
+    // A control placed on a simple frame (a panel) that is active in place: its site's window
+    // is the frame's, so its window lives in the frame's and `pos` is in the frame's client area.
+    Hosted(Hosted &frame, const std::wstring &progid, RECT pos, Init init = Init::New);
     ~Hosted();
     Hosted(const Hosted &) = delete;
     Hosted &operator=(const Hosted &) = delete;
@@ -114,6 +117,8 @@ public:
     ULONG close();
 
 private:
+    void create(const std::wstring &progid, RECT pos, Init init, IUnknown *source, HWND window);
+
     Container &container_;
     CallLog log_;
     ComPtr<Site> site_;

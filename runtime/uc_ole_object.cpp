@@ -34,6 +34,10 @@ STDMETHODIMP UserControl::SetClientSite(IOleClientSite *site)
         site_ = site;
         ambient_.set_site(site);
         if (!site) inplace_site_.reset();
+        // A simple frame hands its messages to the site's filters (ISimpleFrameSite).
+        simple_frame_site_.reset();
+        if (site && (class_.misc_status & OLEMISC_SIMPLEFRAME))
+            simple_frame_site_ = site_.as<ISimpleFrameSite>(IID_ISimpleFrameSite);
         return S_OK;
     });
 }

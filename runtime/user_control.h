@@ -301,6 +301,10 @@ protected:
     {
         raise(id, EventArgs().val(button).val(shift).val(x).val(y));
     }
+    // A constituent's own mouse input (a caption label's) raised as the control's Click,
+    // MouseDown, MouseMove and MouseUp, with the constituent's coordinates; its double click
+    // raises nothing.
+    void RaiseMouseEventsOf(Constituent &part);
     AmbientProperties &Ambient() { return ambient_; }
 
     // Property bodies for the dual interface: a read whose step fails yields the type's empty
@@ -351,6 +355,10 @@ protected:
     void SetBackColor(OleColor c);
     OleColor ForeColor() const { return fore_color_; }
     void SetForeColor(OleColor c) { fore_color_ = c; }
+    // The surface's two-valued look, 0 flat or 1 three-dimensional, for controls that choose
+    // it; the surface has no border of its own, so nothing drawn depends on it.
+    int16_t Appearance() const { return appearance_; }
+    void SetAppearance(int16_t a) { appearance_ = a ? 1 : 0; }
 
     HWND hWnd() const { return hwnd_; }
     // The top-level window of the form the control sits on: the site's window and its root.
@@ -365,6 +373,10 @@ protected:
     Scale scale() const;
     // The control asks for a new size (twips): the container is told and the control resized.
     void SetSizeTwips(float width, float height);
+    // The control asks to be placed at `pos` (pixels, in its container window's client area)
+    // while it is in place: the container is told (OnPosRectChange), and the window moves
+    // itself when the container does not follow.
+    void RequestPosition(const RECT &pos);
     // The size a new instance starts with, before any container sizes it (no events).
     void SetDesignSize(float width_twips, float height_twips);
     // Repaint the whole surface now (with a window) or tell the container the view changed.
@@ -393,6 +405,8 @@ private:
 
     static const wchar_t *window_class();
     static LRESULT CALLBACK window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp);
+    // A simple frame's messages go through its site's filters around its own handling.
+    LRESULT filtered_message(UINT msg, WPARAM wp, LPARAM lp);
     LRESULT on_message(UINT msg, WPARAM wp, LPARAM lp);
     void on_paint();
     void on_mouse(UINT msg, WPARAM wp, LPARAM lp);
@@ -417,6 +431,7 @@ private:
 
     ComPtr<IOleClientSite> site_;
     ComPtr<IOleInPlaceSite> inplace_site_;
+    ComPtr<ISimpleFrameSite> simple_frame_site_; // only for classes that are simple frames
     ComPtr<IOleAdviseHolder> advise_holder_;
     ComPtr<IAdviseSink> view_sink_;
     DWORD view_aspects_ = 0, view_flags_ = 0;
@@ -436,6 +451,7 @@ private:
 
     OleColor back_color_ = syscolor::ButtonFace;
     OleColor fore_color_ = syscolor::ButtonText;
+    int16_t appearance_ = 1;
     std::vector<Constituent *> constituents_;
     std::vector<WindowedConstituent *> windowed_;
     WindowedConstituent *focus_constituent_ = nullptr;

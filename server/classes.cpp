@@ -5,6 +5,13 @@
 #include "buttons/pbtn.h"
 #include "frames/cframe.h"
 #include "frames/lnev.h"
+#include "frames/downarrow.h"
+#include "frames/lneh.h"
+#include "frames/pnl.h"
+#include "frames/rsz.h"
+#include "frames/rszxp.h"
+#include "frames/sepbar.h"
+#include "frames/sepvbar.h"
 #include "grid/grdchk.h"
 #include "grid/grid.h"
 #include "inputs/updown.h"
@@ -20,6 +27,13 @@ namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
     {&lnev::Class, IDB_TOOLBOX_LNEV},
+    {&sepbar::Class, IDB_TOOLBOX_SEPBAR},
+    {&sepvbar::Class, IDB_TOOLBOX_SEPVBAR},
+    {&downarrow::Class, IDB_TOOLBOX_DOWNARROW},
+    {&lneh::Class, IDB_TOOLBOX_LNEH},
+    {&rsz::Class, IDB_TOOLBOX_RSZ},
+    {&rszxp::Class, IDB_TOOLBOX_RSZXP},
+    {&pnl::Class, IDB_TOOLBOX_PNL},
     {&grid::Class, IDB_TOOLBOX_GRID},
     {&grdchk::Class, 0}, // private: the grid places it
     {&cbtn::Class, IDB_TOOLBOX_CBTN},

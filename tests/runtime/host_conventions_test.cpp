@@ -130,6 +130,12 @@ TEST_F(HostConventions, TheGeneralPageShowsEachVisibleControlsPropertiesAndAppli
         {L"TarnControls.updown", L"ForeColor", L"0x00FF00", 0xFF00, L"ForeColor"},
         {L"TarnControls.grid", L"BorderStyle", L"0", 0, L"BorderStyle"},
         {L"TarnControls.grdchk", L"BACKCOLOR", L"&H0000FF00&", 0xFF00, L"BackColor"},
+        {L"TarnControls.sepbar", L"BACKCOLOR", L"&H00FF0000&", 0xFF0000, L"BACKCOLOR"},
+        {L"TarnControls.lneh", L"Alignment", L"2 - ", 2, L"ALIGNMENT"},
+        {L"TarnControls.rsz", L"Enabled", L"False", 0, L"ENABLED"},
+        {L"TarnControls.rszxp", L"BACKCOLOR", L"&H00654321&", 0x654321, L"BACKCOLOR"},
+        {L"TarnControls.pnl", L"BorderStyle", L"3 - ", 3, L"BORDERSTYLE"},
+        {L"TarnControls.pnl", L"FillStyle", L"1 - ", 1, L"FILLSTYLE"},
     };
     allow_self_sizing(form);
     for (const Case &c : cases) {
@@ -233,6 +239,13 @@ TEST_F(HostConventions, EachClassDeclaresItsPagesSafetyAndStatus)
         {L"TarnControls.Subclass", false, false, OLEMISC_INVISIBLEATRUNTIME | OLEMISC_ALWAYSRUN, 0}, // other windows
         {L"TarnControls.resizelck", false, false, OLEMISC_INVISIBLEATRUNTIME | OLEMISC_ALWAYSRUN, 0},
         {L"TarnControls.mnutxt", false, false, OLEMISC_INVISIBLEATRUNTIME | OLEMISC_ALWAYSRUN, 0},
+        {L"TarnControls.sepbar", true, true, 0, OLEMISC_ACTSLIKEBUTTON},
+        {L"TarnControls.sepvbar", true, true, 0, OLEMISC_ALWAYSRUN},
+        {L"TarnControls.downarrow", true, true, 0, OLEMISC_ACTSLIKEBUTTON},
+        {L"TarnControls.lneh", true, true, 0, OLEMISC_SIMPLEFRAME},
+        {L"TarnControls.rsz", true, false, 0, OLEMISC_ALWAYSRUN}, // hooks and sizes its form
+        {L"TarnControls.rszxp", true, false, 0, OLEMISC_ALWAYSRUN},
+        {L"TarnControls.pnl", true, true, OLEMISC_SIMPLEFRAME, OLEMISC_ACTSLIKEBUTTON}, // holds other controls
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(narrow(c.progid));
@@ -253,9 +266,12 @@ TEST_F(HostConventions, EachClassDeclaresItsPagesSafetyAndStatus)
             ASSERT_LE(1u, pages.cElems);
             EXPECT_EQ(CLSID_TarnGeneralPage, pages.pElems[0]);
             bool colour = std::find(pages.pElems, pages.pElems + pages.cElems, CLSID_CColorPropPage) != pages.pElems + pages.cElems;
-            // The grid and the picture button have no colour property.
-            const std::wstring id = c.progid;
-            EXPECT_EQ(id != L"TarnControls.grid" && id != L"TarnControls.pbtn", colour);
+            // The grid, the picture button, the upright separator and the arrow glyph have no
+            // colour property.
+            const std::wstring p = c.progid;
+            EXPECT_EQ(p != L"TarnControls.grid" && p != L"TarnControls.pbtn" && p != L"TarnControls.sepvbar" &&
+                          p != L"TarnControls.downarrow",
+                      colour);
             CoTaskMemFree(pages.pElems);
             EXPECT_EQ(E_POINTER, specify->GetPages(nullptr));
         }
@@ -308,6 +324,10 @@ TEST_F(HostConventions, EveryVisibleControlAnswersScreenReadersWithItsRole)
         {L"TarnControls.cbtn", ROLE_SYSTEM_PUSHBUTTON},   {L"TarnControls.updown", ROLE_SYSTEM_SPINBUTTON},
         {L"TarnControls.grid", ROLE_SYSTEM_TABLE},        {L"TarnControls.grdchk", ROLE_SYSTEM_CHECKBUTTON},
         {L"TarnControls.cbtnddp", ROLE_SYSTEM_PUSHBUTTON}, {L"TarnControls.pbtn", ROLE_SYSTEM_PUSHBUTTON},
+        {L"TarnControls.sepbar", ROLE_SYSTEM_SEPARATOR},  {L"TarnControls.sepvbar", ROLE_SYSTEM_SEPARATOR},
+        {L"TarnControls.lneh", ROLE_SYSTEM_SEPARATOR},    {L"TarnControls.downarrow", ROLE_SYSTEM_GRAPHIC},
+        {L"TarnControls.rsz", ROLE_SYSTEM_GRIP},          {L"TarnControls.rszxp", ROLE_SYSTEM_GRIP},
+        {L"TarnControls.pnl", ROLE_SYSTEM_GROUPING},
     };
     allow_self_sizing(form);
     int y = 10;
