@@ -53,6 +53,7 @@ ColourPopup::ColourPopup(ColourPopupSink &sink, TimerClock &clock) : tmrHOVER(cl
     frmctrlTOOLTIP::AddUser();
     palette_ = MakePalette(kDefaultPalette);
     back_ = fill_ = syscolor::Window;
+    sepbar1.BackStyle = 0; // the panel shows through
     tmrHOVER.Interval(kHoverMs);
     tmrHOVER.OnTimer = [this] { on_hover(); };
 }
@@ -436,11 +437,18 @@ void ColourPopup::paint(HDC dc, const RECT &dirty)
         swatch(dc, PopupLayout::swatch(r), colour);
     }
     if (meets(L.separator, dirty)) {
-        // sepbar1's place. The library's separator bar goes here as a constituent once it is
-        // part of the library; until then an etched line across the middle stands in for it.
-        const int32_t y = (L.separator.top + L.separator.bottom) / 2 - 1;
-        fill(dc, {L.separator.left, y, L.separator.right, y + 1}, GetSysColor(COLOR_BTNSHADOW));
-        fill(dc, {L.separator.left, y + 1, L.separator.right, y + 2}, GetSysColor(COLOR_BTNHIGHLIGHT));
+        // sepbar1: the separator bar's own group frame, without a caption and collapsed to an
+        // etched line across the middle of its place. The frame puts its line half a text
+        // line below its top.
+        TEXTMETRICW tm{};
+        GetTextMetricsW(dc, &tm);
+        const Scale pixels{1, 1};
+        const int32_t line = (L.separator.top + L.separator.bottom) / 2 - 1;
+        sepbar1.Left = static_cast<float>(L.separator.left);
+        sepbar1.Top = static_cast<float>(line - tm.tmHeight / 2);
+        sepbar1.Width = static_cast<float>(L.separator.right - L.separator.left);
+        sepbar1.Height = 0;
+        sepbar1.draw(dc, pixels);
     }
     if (meets(L.custom, dirty)) {
         item_back(popup_item::Custom, L.custom);

@@ -30,6 +30,7 @@
 #include "foundation/colors.h"
 #include "foundation/handles.h"
 #include "foundation/object_window.h"
+#include "runtime/group_frame.h"
 
 namespace tarn {
 
@@ -128,6 +129,9 @@ private:
     int32_t active_ = popup_item::None; // highlighted: under the pointer or moved to by key
     int32_t hot_ = popup_item::None;    // under the pointer
     PopupAccessible accessible_;
+    // The separator bar between the cells and lblCUSTOM, drawn as the library's separator
+    // bar is: a group frame collapsed to a line (transparent, no caption).
+    GroupFrame sepbar1{L"sepbar1", 0, 0, 0, 0};
 };
 
 // Removes the pop-up's window class when the DLL unloads.
