@@ -1,6 +1,6 @@
 // The owner-drawn button's pure logic: its layout for a size, the window shape of each button
 // type, the glyph colour table, the low-colour rule, the mouse-pointer cursors and where the
-// tooltip goes. No platform calls here; cbtn.cpp and cbtn_paint.cpp draw with the results.
+// tooltip goes. No platform calls here; the button face (button_face.cpp) draws with the results.
 #pragma once
 #include <cstdint>
 

@@ -4,6 +4,7 @@
 
 #include "buttons/cbtn_layout.h"
 #include "foundation/color_translate.h"
+#include "foundation/object_window.h"
 #include "foundation/trap.h"
 #include "runtime/module.h"
 
@@ -22,34 +23,8 @@ thread_local int t_users = 0;
 
 const wchar_t *frmctrlTOOLTIP::window_class()
 {
-    if (!g_class) {
-        WNDCLASSEXW wc{};
-        wc.cbSize = sizeof wc;
-        wc.lpfnWndProc = &frmctrlTOOLTIP::window_proc;
-        wc.hInstance = module::instance();
-        wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-        wc.lpszClassName = kClass;
-        wc.style = CS_SAVEBITS;
-        g_class = RegisterClassExW(&wc);
-    }
-    return kClass;
+    return RegisterObjectWindowClass(g_class, kClass, &ObjectWindowProc<frmctrlTOOLTIP>, module::instance(), CS_SAVEBITS);
 }
-
-namespace {
-
-Rgb rgb_of(OleColor c, Rgb fallback)
-{
-    Rgb r = TranslateColor(c);
-    return r == kInvalidColor ? fallback : r;
-}
-
-void fill(HDC dc, const RECT &r, Rgb c)
-{
-    SetDCBrushColor(dc, c);
-    FillRect(dc, &r, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-}
-
-} // namespace
 
 frmctrlTOOLTIP &frmctrlTOOLTIP::Instance()
 {
@@ -222,28 +197,9 @@ void frmctrlTOOLTIP::hide()
 
 // ---------------------------------------------------------------- the window
 
-LRESULT CALLBACK frmctrlTOOLTIP::window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp)
-{
-    if (msg == WM_NCCREATE) {
-        auto *cs = reinterpret_cast<CREATESTRUCTW *>(lp);
-        auto *tip = static_cast<frmctrlTOOLTIP *>(cs->lpCreateParams);
-        SetWindowLongPtrW(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(tip));
-        if (tip) tip->hwnd_ = hwnd;
-        return DefWindowProcW(hwnd, msg, wp, lp);
-    }
-    auto *self = reinterpret_cast<frmctrlTOOLTIP *>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
-    if (!self) return DefWindowProcW(hwnd, msg, wp, lp);
-    if (msg == WM_NCDESTROY) {
-        SetWindowLongPtrW(hwnd, GWLP_USERDATA, 0);
-        self->hwnd_ = nullptr;
-        return DefWindowProcW(hwnd, msg, wp, lp);
-    }
-    try {
-        return self->on_message(msg, wp, lp);
-    } catch (...) {
-        return 0;
-    }
-}
+void frmctrlTOOLTIP::attach_window(HWND hwnd) { hwnd_ = hwnd; }
+
+void frmctrlTOOLTIP::detach_window(HWND) { hwnd_ = nullptr; }
 
 LRESULT frmctrlTOOLTIP::on_message(UINT msg, WPARAM wp, LPARAM lp)
 {
@@ -298,21 +254,18 @@ void frmctrlTOOLTIP::paint(HDC dc)
     RECT c{};
     GetClientRect(hwnd_, &c);
     int w = c.right, h = c.bottom;
-    fill(dc, c, rgb_of(back_, GetSysColor(COLOR_INFOBK)));
+    FillSolid(dc, c, TranslateColorOr(back_, GetSysColor(COLOR_INFOBK)));
     {
         select_guard use(dc, font_.get());
         SetBkMode(dc, TRANSPARENT);
-        SetTextColor(dc, rgb_of(fore_, GetSysColor(COLOR_INFOTEXT)));
+        SetTextColor(dc, TranslateColorOr(fore_, GetSysColor(COLOR_INFOTEXT)));
         RECT r = label_;
         DrawTextW(dc, text_.c_str(), static_cast<int>(std::min<size_t>(text_.size(), 0x7FFFFFF)), &r,
                   DT_SINGLELINE | DT_NOPREFIX);
     }
     // The one-pixel frame in the window-frame colour.
-    Rgb frame = rgb_of(0x80000006u, GetSysColor(COLOR_WINDOWFRAME));
-    fill(dc, RECT{0, 0, w, 1}, frame);
-    fill(dc, RECT{0, 0, 1, h}, frame);
-    fill(dc, RECT{w - 1, 0, w, h}, frame);
-    fill(dc, RECT{0, h - 1, w, h}, frame);
+    Rgb frame = TranslateColorOr(0x80000006u, GetSysColor(COLOR_WINDOWFRAME));
+    FrameSolid(dc, RECT{0, 0, w, h}, frame);
 }
 
 void UnregisterTooltipWindowClass()

@@ -14,6 +14,7 @@
 
 #include "foundation/colors.h"
 #include "foundation/handles.h"
+#include "foundation/object_window.h"
 
 namespace tarn {
 
@@ -67,7 +68,9 @@ public:
 
 private:
     static const wchar_t *window_class();
-    static LRESULT CALLBACK window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp);
+    template <class T> friend LRESULT CALLBACK ObjectWindowProc(HWND, UINT, WPARAM, LPARAM);
+    void attach_window(HWND hwnd);
+    void detach_window(HWND hwnd);
     LRESULT on_message(UINT msg, WPARAM wp, LPARAM lp);
     void load();
     void hide();

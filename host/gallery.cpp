@@ -38,9 +38,38 @@ struct Exhibit {
     std::vector<Setting> settings;
     bool design_time = false; // placed in the design-mode container and drawn, not activated
     bool on_face = false;     // in the middle of a button-face panel, the surface it is made for
+    int popup_room = 0;       // pixels kept free below it for its pop-up, drawn open in the picture
 };
 
 Variant colour(OleColor c) { return I4(static_cast<int32_t>(c)); }
+
+// A w x h picture: a sun of colour `sun` over a hill of colour `hill` on a sky of colour `sky`.
+Variant landscape(int w, int h, COLORREF sky, COLORREF sun, COLORREF hill)
+{
+    window_dc screen(nullptr);
+    HBITMAP art = CreateCompatibleBitmap(screen.get(), w, h);
+    HDC dc = CreateCompatibleDC(screen.get());
+    HGDIOBJ old_bitmap = SelectObject(dc, art);
+    unique_brush sky_brush(CreateSolidBrush(sky)), sun_brush(CreateSolidBrush(sun)), hill_brush(CreateSolidBrush(hill));
+    RECT all{0, 0, w, h};
+    FillRect(dc, &all, sky_brush.get());
+    HGDIOBJ old_pen = SelectObject(dc, GetStockObject(NULL_PEN));
+    HGDIOBJ old_brush = SelectObject(dc, sun_brush.get());
+    Ellipse(dc, w / 5, h / 6, w / 5 + w / 3, h / 6 + h / 3);
+    SelectObject(dc, hill_brush.get());
+    Ellipse(dc, -w / 2, h / 2, w + w / 2, h * 2);
+    SelectObject(dc, old_brush);
+    SelectObject(dc, old_pen);
+    SelectObject(dc, old_bitmap);
+    DeleteDC(dc);
+    PICTDESC pd{};
+    pd.cbSizeofstruct = sizeof pd;
+    pd.picType = PICTYPE_BITMAP;
+    pd.bmp.hbitmap = art;
+    ComPtr<IPictureDisp> pic;
+    OleCreatePictureIndirect(&pd, IID_IPictureDisp, TRUE, pic.put_void());
+    return Variant::of_dispatch(pic.get());
+}
 
 Variant font(const wchar_t *name, double size, bool bold = false)
 {
@@ -58,9 +87,11 @@ std::vector<Setting> tab_settings(int style)
     return {{L"Tabs", I2(4)}, {L"SelectedTab", I2(1)}, {L"Style", I4(style)}};
 }
 
+constexpr int kPopupRoom = 170;
+
 std::vector<Exhibit> exhibits()
 {
-    return {
+    std::vector<Exhibit> list = {
         {L"cframe: raised (default colours)", L"TarnControls.cframe", {220, 40}, {{L"CAPTION", Str(L"Raised frame")}}},
         {L"cframe: sunken",
          L"TarnControls.cframe",
@@ -157,7 +188,34 @@ std::vector<Exhibit> exhibits()
         {L"tbf: classic tabs", L"TarnControls.tbf", {380, 26}, tab_settings(0)},
         {L"tbf: flat buttons", L"TarnControls.tbf", {380, 26}, tab_settings(1)},
         {L"tbf: XP tabs", L"TarnControls.tbf", {380, 26}, tab_settings(2)},
+        {L"pbtn: normal, hover and pressed pictures, a caption",
+         L"TarnControls.pbtn",
+         {64, 64},
+         {{L"PictureNormal", landscape(40, 40, RGB(150, 200, 255), RGB(255, 220, 0), RGB(0, 150, 0))},
+          {L"PictureHLight", landscape(40, 40, RGB(190, 230, 255), RGB(255, 240, 80), RGB(40, 190, 40))},
+          {L"PicturePressed", landscape(40, 40, RGB(90, 130, 200), RGB(220, 180, 0), RGB(0, 110, 0))},
+          {L"CAPTION", Str(L"Landscape")}}},
+        {L"pbtn: disabled, the normal picture greyed",
+         L"TarnControls.pbtn",
+         {64, 64},
+         {{L"PictureNormal", landscape(40, 40, RGB(150, 200, 255), RGB(255, 220, 0), RGB(0, 150, 0))},
+          {L"CAPTION", Str(L"Landscape")},
+          {L"Enabled", Bool(false)}}},
     };
+    // The colour button, once per palette, its pop-up open below it.
+    for (int32_t n = 0; n < 12; ++n) {
+        static std::vector<std::wstring> titles(12);
+        titles[static_cast<size_t>(n)] = L"cbtnddp: Palette " + std::to_wstring(n) + L", its pop-up open";
+        list.push_back({titles[static_cast<size_t>(n)].c_str(),
+                        L"TarnControls.cbtnddp",
+                        {120, 26},
+                        {{L"CAPTION", Str(L"Colour")}, {L"Palette", I4(n)}, {L"SelectedColor", colour(0x000080FF)},
+                         {L"DocColor", colour(0x00336699)}},
+                        false,
+                        false,
+                        kPopupRoom});
+    }
+    return list;
 }
 
 // The tree: every drive, C: opened (its folders come in within a moment).
@@ -213,6 +271,7 @@ struct Placed {
     Face face = Face::Normal;
     bool design_time = false;
     RECT panel{}; // the button-face panel under it; empty when there is none
+    bool popup = false;
 };
 
 // The page: every control placed, its size, and where the button wall starts.
@@ -239,7 +298,7 @@ std::vector<RECT> layout(const std::vector<Exhibit> &list, SIZE &page)
         for (size_t i = first; i < list.size() && i < first + kColumns; ++i) {
             int x = kMargin + static_cast<int>(i - first) * kCellWidth;
             out.push_back({x, y + kTitle, x + list[i].size.cx, y + kTitle + list[i].size.cy});
-            row_height = std::max<int>(row_height, kTitle + list[i].size.cy);
+            row_height = std::max<int>(row_height, kTitle + list[i].size.cy + list[i].popup_room);
         }
         y += row_height + kMargin;
     }
@@ -324,7 +383,7 @@ Page place_all(Container &form, Container &designer)
             pos.right = pos.left + MulDiv(extent.cx, screen_dpi(LOGPIXELSX), 2540);
             pos.bottom = pos.top + MulDiv(extent.cy, screen_dpi(LOGPIXELSY), 2540);
         }
-        page.placed.push_back({e.title, pos, std::move(h), Face::Normal, e.design_time, panel});
+        page.placed.push_back({e.title, pos, std::move(h), Face::Normal, e.design_time, panel, e.popup_room > 0});
     }
     // The button wall below the exhibits: 14 looks in 4 faces.
     page.wall_top = page.size.cy + kTitle;
@@ -461,6 +520,38 @@ void draw_titles(HDC dc, const std::vector<Placed> &placed)
     }
 }
 
+// The colour pop-up on the screen (a visible top-level window of this thread).
+BOOL CALLBACK find_popup(HWND w, LPARAM out)
+{
+    wchar_t name[64] = {};
+    GetClassNameW(w, name, 64);
+    if (!IsWindowVisible(w) || std::wstring(name) != L"TarnControlsColourPopup") return TRUE;
+    *reinterpret_cast<HWND *>(out) = w;
+    return FALSE;
+}
+
+// The colour button's pop-up, opened and drawn below the button as the screen shows it.
+void draw_popup(HDC dc, Placed &p)
+{
+    if (FAILED(p.control->activate())) return;
+    p.control->call(L"ShowPopUp");
+    HWND popup = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), &find_popup, reinterpret_cast<LPARAM>(&popup));
+    if (popup) {
+        RECT client{};
+        GetClientRect(popup, &client);
+        int x = p.pos.left, y = p.pos.bottom + 1;
+        saved_dc keep(dc);
+        SetViewportOrgEx(dc, x, y, nullptr);
+        IntersectClipRect(dc, 0, 0, client.right, std::min<int>(client.bottom, kPopupRoom - 4));
+        SendMessageW(popup, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT | PRF_ERASEBKGND);
+        SelectClipRgn(dc, nullptr);
+        RECT edge{-1, -1, client.right + 1, client.bottom + 1};
+        FrameRect(dc, &edge, GetSysColorBrush(COLOR_WINDOWFRAME));
+    }
+    p.control->call(L"HidePopUp");
+}
+
 int render_png(const std::wstring &path)
 {
     Container form(800, 600), designer(100, 100);
@@ -486,6 +577,7 @@ int render_png(const std::wstring &path)
             SendMessageW(w, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
         if (view) view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, picture.dc(), &bounds, nullptr, nullptr, 0);
         if (w) SendMessageW(w, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+        if (p.popup) draw_popup(picture.dc(), p);
     }
     if (!picture.save_png(path)) {
         std::fwprintf(stderr, L"gallery: cannot write %ls\n", path.c_str());

@@ -1,15 +1,14 @@
 #include "runtime/accessible.h"
 
-#include "runtime/com_object.h"
+#include "runtime/accessible_base.h"
 #include "foundation/trap.h"
 #include "runtime/guarded.h"
 
 #include <new>
-#include "runtime/module.h"
 
 namespace tarn {
 
-class AccessibleObject final : public ComObject<IAccessible> {
+class AccessibleObject final : public AccessibleBase {
 public:
     AccessibleObject(HWND hwnd, AccessibleOwner *owner) : owner_(owner), hwnd_(hwnd)
     {
@@ -20,29 +19,6 @@ public:
     {
         owner_ = nullptr;
         standard_.reset();
-    }
-
-    void *query_more(REFIID riid) override // IAccessible is a dual interface
-    {
-        return riid == IID_IDispatch ? static_cast<IAccessible *>(this) : nullptr;
-    }
-
-    // IDispatch: clients use the vtable; late binding is not offered.
-    STDMETHODIMP GetTypeInfoCount(UINT *n) override
-    {
-        if (!n) return E_POINTER;
-        *n = 0;
-        return S_OK;
-    }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo **info) override
-    {
-        if (info) *info = nullptr;
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR *, UINT, LCID, DISPID *) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS *, VARIANT *, EXCEPINFO *, UINT *) override
-    {
-        return E_NOTIMPL;
     }
 
     // IAccessible: what the control says of itself and of its simple children.
@@ -194,8 +170,6 @@ public:
         return std_call(file, [&](IAccessible *s) { return s->get_accHelpTopic(file, c, topic); });
     }
     STDMETHODIMP accSelect(long flags, VARIANT c) override { return std_plain([&](IAccessible *s) { return s->accSelect(flags, c); }); }
-    STDMETHODIMP put_accName(VARIANT, BSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP put_accValue(VARIANT, BSTR) override { return E_NOTIMPL; }
 
 private:
     long count() { return owner_ ? owner_->accessible_child_count() : 0; }
@@ -277,7 +251,6 @@ private:
         return guarded([&] { return call(standard_.get()); });
     }
 
-    module::ObjectCount count_;
     AccessibleOwner *owner_;
     HWND hwnd_;
     ComPtr<IAccessible> standard_;

@@ -1,6 +1,8 @@
 #include "server/classes.h"
 
 #include "buttons/cbtn.h"
+#include "buttons/cbtnddp.h"
+#include "buttons/pbtn.h"
 #include "frames/cframe.h"
 #include "frames/lnev.h"
 #include "frames/downarrow.h"
@@ -38,6 +40,8 @@ const ServerClass kClasses[] = {
     {&grid::Class, IDB_TOOLBOX_GRID},
     {&grdchk::Class, 0}, // private: the grid places it
     {&cbtn::Class, IDB_TOOLBOX_CBTN},
+    {&cbtnddp::Class, IDB_TOOLBOX_CBTNDDP},
+    {&pbtn::Class, IDB_TOOLBOX_PBTN},
     {&updown::Class, IDB_TOOLBOX_UPDOWN},
     {&dlst::Class, IDB_TOOLBOX_DLST},
     {&tbf::Class, IDB_TOOLBOX_TBF},

@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <olectl.h>
 
+#include "buttons/colour_popup.h"
 #include "buttons/frmctrlTOOLTIP.h"
 #include "runtime/module.h"
 #include "runtime/property_page.h"
@@ -21,6 +22,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void *)
     else if (reason == DLL_PROCESS_DETACH) {
         UnregisterControlWindowClass();
         UnregisterTooltipWindowClass();
+        UnregisterColourPopupClass();
         UnregisterPropertyPageWindowClass();
     }
     return TRUE;

@@ -12,6 +12,8 @@
 #define IDB_TOOLBOX_RSZXP 109
 #define IDB_TOOLBOX_PNL 130 // after the buttons' range
 #define IDB_TOOLBOX_CBTN 110 // 110-119: the buttons
+#define IDB_TOOLBOX_CBTNDDP 111
+#define IDB_TOOLBOX_PBTN 112
 // Input controls (500s).
 #define IDB_TOOLBOX_UPDOWN 501
 #define IDB_TOOLBOX_DLST 502

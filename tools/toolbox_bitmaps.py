@@ -19,6 +19,7 @@ COLOURS = {
     'y': (255, 255, 0),
     'o': (224, 176, 48),  # folder
     'G': (0, 160, 0),
+    'R': (255, 0, 0),
 }
 
 PICTURES = {
@@ -71,6 +72,42 @@ PICTURES = {
         '.kkkkkkkkkkkkkk.',
         '................',
         '................',
+        '................',
+    ],
+    # A button with a colour bar and a drop arrow, and the palette it opens.
+    'cbtnddp': [
+        '................',
+        '.wwwwwwwwwwwwwk.',
+        '.w.......g...gk.',
+        '.w.RRRRR.g...gk.',
+        '.w.RRRRR.gkkkgk.',
+        '.w.......g.k.gk.',
+        '.wggggggggggggk.',
+        '.kkkkkkkkkkkkkk.',
+        '..kkkkkkkkkkk...',
+        '..kRRkyykGGkk...',
+        '..kRRkyykGGkk...',
+        '..kkkkkkkkkkk...',
+        '..kBBkbbkwwkk...',
+        '..kBBkbbkwwkk...',
+        '..kkkkkkkkkkk...',
+    ],
+    # A picture (a sun over a hill) framed as a button.
+    'pbtn': [
+        '................',
+        '.wwwwwwwwwwwwwk.',
+        '.wBBBBBBBBBBBgk.',
+        '.wBBByyBBBBBBgk.',
+        '.wBByyyyBBBBBgk.',
+        '.wBByyyyBBBBBgk.',
+        '.wBBByyBBBBBBgk.',
+        '.wBBBBBBBGGBBgk.',
+        '.wBBBBBGGGGGBgk.',
+        '.wBBGGGGGGGGGgk.',
+        '.wGGGGGGGGGGGgk.',
+        '.wGGGGGGGGGGGgk.',
+        '.wggggggggggggk.',
+        '.kkkkkkkkkkkkkk.',
         '................',
     ],
     # A window with a padlock and a size grip: the resize lock.

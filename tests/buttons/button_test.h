@@ -13,10 +13,11 @@ constexpr wchar_t kButton[] = L"TarnControls.cbtn";
 
 class ButtonTest : public ControlTest {
 protected:
-    // A button in place, in its own window, ready for real input.
-    Hosted &active(RECT pos = {10, 10, 110, 35})
+    // A button (or another of the library's buttons) in place, in its own window, ready for
+    // real input.
+    Hosted &active(RECT pos = {10, 10, 110, 35}, const wchar_t *progid = kButton)
     {
-        Hosted &b = place(kButton, pos);
+        Hosted &b = place(progid, pos);
         b.activate();
         allow_focus(b);
         return b;

@@ -122,6 +122,10 @@ TEST_F(HostConventions, TheGeneralPageShowsEachVisibleControlsPropertiesAndAppli
         {L"TarnControls.cbtn", L"BACKCOLOR", L"&H000000FF&", 0xFF, L"BACKCOLOR"},
         {L"TarnControls.cbtn", L"ButtonType", L"11 - ", 11, L"BTYPE"},
         {L"TarnControls.cbtn", L"Enabled", L"False", 0, L"ENABLED"},
+        {L"TarnControls.cbtnddp", L"ButtonType", L"5 - ", 5, L"BUTTONTYPE"},
+        {L"TarnControls.cbtnddp", L"Palette", L"7 - ", 7, L"Palette"},
+        {L"TarnControls.cbtnddp", L"SelectedColor", L"&H00336699&", 0x336699, L"SELECTEDCOLOR"},
+        {L"TarnControls.pbtn", L"Enabled", L"False", 0, L"ENABLED"},
         {L"TarnControls.lnev", L"BACKCOLOR", L"255", 255, L"BACKCOLOR"},
         {L"TarnControls.updown", L"ForeColor", L"0x00FF00", 0xFF00, L"ForeColor"},
         {L"TarnControls.grid", L"BorderStyle", L"0", 0, L"BorderStyle"},
@@ -230,6 +234,8 @@ TEST_F(HostConventions, EachClassDeclaresItsPagesSafetyAndStatus)
         {L"TarnControls.cframe", true, true, 0, OLEMISC_ALWAYSRUN},
         {L"TarnControls.lnev", true, true, 0, OLEMISC_ACTSLIKEBUTTON},
         {L"TarnControls.cbtn", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME},
+        {L"TarnControls.cbtnddp", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME},
+        {L"TarnControls.pbtn", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME},
         {L"TarnControls.updown", true, true, 0, OLEMISC_ALWAYSRUN},
         {L"TarnControls.grid", true, false, 0, 0, false}, // reads and writes files
         {L"TarnControls.dlst", true, false, 0, 0, false}, // lists the machine's folders
@@ -318,6 +324,7 @@ TEST_F(HostConventions, EveryVisibleControlAnswersScreenReadersWithItsRole)
         {L"TarnControls.cframe", ROLE_SYSTEM_GROUPING},   {L"TarnControls.lnev", ROLE_SYSTEM_SEPARATOR},
         {L"TarnControls.cbtn", ROLE_SYSTEM_PUSHBUTTON},   {L"TarnControls.updown", ROLE_SYSTEM_SPINBUTTON},
         {L"TarnControls.grid", ROLE_SYSTEM_TABLE},        {L"TarnControls.grdchk", ROLE_SYSTEM_CHECKBUTTON},
+        {L"TarnControls.cbtnddp", ROLE_SYSTEM_PUSHBUTTON}, {L"TarnControls.pbtn", ROLE_SYSTEM_PUSHBUTTON},
         {L"TarnControls.sepbar", ROLE_SYSTEM_SEPARATOR},  {L"TarnControls.sepvbar", ROLE_SYSTEM_SEPARATOR},
         {L"TarnControls.lneh", ROLE_SYSTEM_SEPARATOR},    {L"TarnControls.downarrow", ROLE_SYSTEM_GRAPHIC},
         {L"TarnControls.rsz", ROLE_SYSTEM_GRIP},          {L"TarnControls.rszxp", ROLE_SYSTEM_GRIP},

@@ -1,15 +1,15 @@
-// cbtn's paint routine: the fourteen looks in their normal, hover, pressed and disabled faces,
-// the picture, the focus rectangle and the recoloured glyphs. Everything is drawn into the
-// button's memory DC and copied to the screen in one go.
+// The button face's painter: the fourteen looks in their normal, hover, pressed and disabled
+// faces, the picture, the colour bar, the focus rectangle and the recoloured glyphs.
 //
 // Where no detail was given, each look copies the control it is named after, in the system
 // colours: the Windows 98/2000 push button, scroll-bar spin button, combo box and flat
 // toolbar button (with the dithered checked state); the flat Office-style button and combo
 // box; a web link; the Windows XP (Luna) push button, toolbar button and toolbar tab.
-#include "buttons/cbtn.h"
+#include "buttons/button_face.h"
 
 #include "foundation/color_translate.h"
 #include "foundation/handles.h"
+#include "foundation/trap.h"
 #include "runtime/picture_draw.h"
 
 #include <algorithm>
@@ -36,11 +36,7 @@ struct Colours {
 
 Rgb sys(int index) { return GetSysColor(index); }
 
-Rgb translated(OleColor c, Rgb fallback)
-{
-    Rgb r = TranslateColor(c);
-    return r == kInvalidColor ? fallback : r;
-}
+Rgb translated(OleColor c, Rgb fallback) { return TranslateColorOr(c, fallback); }
 
 // The registry's display settings, asked at most once a second per thread: the question is a
 // registry round trip that would otherwise cost most of a paint, and the depth rarely changes.
@@ -60,22 +56,10 @@ bool low_colour_display()
     return low;
 }
 
-void fill(HDC dc, int l, int t, int r, int b, Rgb c)
-{
-    if (r <= l || b <= t) return;
-    RECT rc{l, t, r, b};
-    SetDCBrushColor(dc, c);
-    FillRect(dc, &rc, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-}
+void fill(HDC dc, int l, int t, int r, int b, Rgb c) { FillSolid(dc, RECT{l, t, r, b}, c); }
 void hline(HDC dc, int x1, int x2, int y, Rgb c) { fill(dc, x1, y, x2, y + 1, c); }
 void vline(HDC dc, int x, int y1, int y2, Rgb c) { fill(dc, x, y1, x + 1, y2, c); }
-void frame(HDC dc, int l, int t, int r, int b, Rgb c)
-{
-    if (r <= l || b <= t) return;
-    RECT rc{l, t, r, b};
-    SetDCBrushColor(dc, c);
-    FrameRect(dc, &rc, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-}
+void frame(HDC dc, int l, int t, int r, int b, Rgb c) { FrameSolid(dc, RECT{l, t, r, b}, c); }
 // A one-pixel ring: top and left in `tl`, bottom and right in `br` (which own the corners).
 void edge(HDC dc, int l, int t, int r, int b, Rgb tl, Rgb br)
 {
@@ -136,7 +120,7 @@ const char *const kArrowDisabled[] = {"ggggggg.", ".gggggww", "..gggww.", "...gw
 
 // ---------------------------------------------------------------- glyphs
 
-void cbtn::recolor_glyphs()
+void ButtonFace::RecolorGlyphs()
 {
     Rgb face = sys(COLOR_BTNFACE);
     GlyphColors table = GlyphColorTable(face);
@@ -179,7 +163,7 @@ void cbtn::recolor_glyphs()
 namespace {
 
 // The glyph's pixels other than its tint background, a run of one colour per fill.
-void draw_glyph(HDC dc, const cbtn::Glyph &g, int x, int y)
+void draw_glyph(HDC dc, const ButtonFace::Glyph &g, int x, int y)
 {
     for (int row = 0; row < g.h; ++row)
         for (int col = 0; col < g.w;) {
@@ -195,26 +179,38 @@ void draw_glyph(HDC dc, const cbtn::Glyph &g, int x, int y)
 
 // ---------------------------------------------------------------- the paint routine
 
-void cbtn::compose(HDC dc)
+void ButtonFace::Draw(HDC dc, int W, int H, bool focused)
 {
-    int W = layout_.W, H = layout_.H;
-    if (W != PixelWidth() || H != PixelHeight()) {
-        layout();
-        W = layout_.W;
-        H = layout_.H;
+    if (W <= 0 || H <= 0) return;
+    // The face is put together off-screen and copied in one go.
+    memdc_.Width(W);
+    memdc_.Height(H);
+    if (memdc_.Width() < W || memdc_.Height() < H) {
+        compose(dc, W, H, focused);
+        return;
     }
+    {
+        saved_dc keep(memdc_.hDC());
+        compose(memdc_.hDC(), W, H, focused);
+    }
+    BitBlt(dc, 0, 0, W, H, memdc_.hDC(), 0, 0, SRCCOPY);
+}
+
+void ButtonFace::compose(HDC dc, int W, int H, bool focused)
+{
+    if (W != layout_.W || H != layout_.H) Layout(W, H);
     // 1. The whole client area in BACKCOLOR.
-    fill(dc, 0, 0, W, H, translated(back_, sys(COLOR_BTNFACE)));
-    if (sys(COLOR_BTNFACE) != glyph_face_) step([&] { recolor_glyphs(); });
+    fill(dc, 0, 0, W, H, translated(back, sys(COLOR_BTNFACE)));
+    if (sys(COLOR_BTNFACE) != glyph_face_) step([&] { RecolorGlyphs(); });
     SetBkMode(dc, TRANSPARENT);
     // 2. The disabled look, or the look of the face state.
-    if (!enabled_) step([&] { draw_disabled(dc); });
-    else if (face_ >= face::Normal && face_ <= face::Pressed) step([&] { draw_face(dc, face_); });
-    if (enabled_ && focus_rect_ && focused() && type_ >= btype::First && type_ <= btype::Last)
+    if (!enabled) step([&] { draw_disabled(dc); });
+    else if (state >= face::Normal && state <= face::Pressed) step([&] { draw_face(dc, focused); });
+    if (enabled && focus_rect && focused && type >= btype::First && type <= btype::Last)
         step([&] { draw_focus(dc); });
     // 3. The form's default button (the container's "display as default"): the face framed
     // once more in the window-frame colour, as every default button of the system is.
-    if (enabled_ && display_default_) {
+    if (enabled && display_default) {
         step([&] {
             unique_brush b(CreateSolidBrush(sys(COLOR_WINDOWFRAME)));
             RECT r{0, 0, W, H};
@@ -312,15 +308,15 @@ struct Painter {
 
 } // namespace
 
-void cbtn::draw_face(HDC dc, int state)
+void ButtonFace::draw_face(HDC dc, bool focused)
 {
-    Painter p{dc, layout_.W, layout_.H, colours(back_, back_custom_, fore_), layout_, caption_, caption_font(font_)};
+    Painter p{dc, layout_.W, layout_.H, colours(back, back_custom, fore), layout_, caption, caption_font(font)};
     const Colours &c = p.c;
     const int W = p.W, H = p.H;
     const bool hover = state == face::Hover, pressed = state == face::Pressed;
     int dx = 0; // how far the caption and picture move in a pushed face
 
-    switch (type_) {
+    switch (type) {
     case btype::Button:
         fill(dc, 0, 0, W, H, c.face);
         if (pressed) {
@@ -394,7 +390,7 @@ void cbtn::draw_face(HDC dc, int state)
         break;
     case btype::Hyperlink:
     case btype::HyperlinkWhite: {
-        Rgb ink = type_ == btype::Hyperlink ? c.link : kWhite;
+        Rgb ink = type == btype::Hyperlink ? c.link : kWhite;
         dx = pressed ? 1 : 0;
         p.text(kLeft, false, ink, dx, dx, hover || pressed);
         break;
@@ -402,9 +398,9 @@ void cbtn::draw_face(HDC dc, int state)
     case btype::SpinButton:
     case btype::SpinButtonPressed:
         fill(dc, 0, 0, W, H, c.face);
-        if (pressed || type_ == btype::SpinButtonPressed) {
-            frame(dc, 0, 0, W, H, pressed && type_ == btype::SpinButtonPressed ? c.dark : c.shadow);
-            dx = pressed && type_ == btype::SpinButtonPressed ? 2 : 1;
+        if (pressed || type == btype::SpinButtonPressed) {
+            frame(dc, 0, 0, W, H, pressed && type == btype::SpinButtonPressed ? c.dark : c.shadow);
+            dx = pressed && type == btype::SpinButtonPressed ? 2 : 1;
         } else {
             p.scroll_raised(0, 0, W, H);
         }
@@ -412,11 +408,11 @@ void cbtn::draw_face(HDC dc, int state)
         break;
     case btype::WindowsXP:
     case btype::WindowsXPPressed: {
-        bool latched = type_ == btype::WindowsXPPressed;
+        bool latched = type == btype::WindowsXPPressed;
         p.luna_face(pressed || latched);
         p.luna_border(kLunaBorder);
         if (hover) p.luna_glow(kHotTop, kHotSide, kHotBottom);
-        else if (!pressed && !latched && focused()) p.luna_glow(kFocusTop, kFocusSide, kFocusBottom);
+        else if (!pressed && !latched && focused) p.luna_glow(kFocusTop, kFocusSide, kFocusBottom);
         dx = pressed ? 1 : 0;
         p.text(p.format(true), p.second(true), c.text, dx, dx);
         break;
@@ -455,17 +451,18 @@ void cbtn::draw_face(HDC dc, int state)
         return; // outside 1 to 14: the plain filled face
     }
     draw_picture(dc, dx, dx);
+    draw_bar(dc, dx);
 }
 
-void cbtn::draw_disabled(HDC dc)
+void ButtonFace::draw_disabled(HDC dc)
 {
-    Colours face_colours = colours(back_, back_custom_, fore_);
+    Colours face_colours = colours(back, back_custom, fore);
     face_colours.window = face_colours.face; // a disabled field shows the face
-    Painter p{dc, layout_.W, layout_.H, face_colours, layout_, caption_, caption_font(font_)};
+    Painter p{dc, layout_.W, layout_.H, face_colours, layout_, caption, caption_font(font)};
     const Colours &c = p.c;
     const int W = p.W, H = p.H;
 
-    switch (type_) {
+    switch (type) {
     case btype::Button:
         fill(dc, 0, 0, W, H, c.face);
         p.raised(0, 0, W, H);
@@ -481,7 +478,7 @@ void cbtn::draw_disabled(HDC dc)
         int bw = p.combo_arrow_width();
         fill(dc, 0, 0, W, H, c.face);
         int l;
-        if (type_ == btype::ComboBox) {
+        if (type == btype::ComboBox) {
             p.sunken_field(0, 0, W, H);
             l = W - 2 - bw;
             p.scroll_raised(l, 2, W - 2, H - 2);
@@ -509,7 +506,7 @@ void cbtn::draw_disabled(HDC dc)
         break;
     case btype::Hyperlink:
     case btype::HyperlinkWhite:
-        p.text(kLeft, false, type_ == btype::Hyperlink ? c.gray : c.shadow);
+        p.text(kLeft, false, type == btype::Hyperlink ? c.gray : c.shadow);
         break;
     case btype::SpinButton:
         fill(dc, 0, 0, W, H, c.face);
@@ -544,27 +541,28 @@ void cbtn::draw_disabled(HDC dc)
         return;
     }
     draw_picture(dc, 0, 0);
+    draw_bar(dc, 0);
 }
 
-void cbtn::draw_picture(HDC dc, int dx, int dy)
+void ButtonFace::draw_picture(HDC dc, int dx, int dy)
 {
-    if (!picture_visible_ || layout_.picture.width() <= 0 || layout_.picture.height() <= 0) return;
+    if (!picture_visible || layout_.picture.width() <= 0 || layout_.picture.height() <= 0) return;
     RECT at = rect_of(layout_.picture);
     OffsetRect(&at, dx, dy);
-    Rgb key = TranslateColor(mask_);
+    Rgb key = TranslateColor(mask);
     // Disabled: picBOXdis when it holds a picture, else a greyed copy of the picture.
-    if (!enabled_ && picBOXdis.Picture) {
+    if (!enabled && picBOXdis.Picture) {
         if (ComPtr<IPicture> pic = picBOXdis.Picture.as<IPicture>(IID_IPicture)) DrawPicture(dc, pic.get(), at, key, false);
         return;
     }
-    if (ComPtr<IPicture> pic = picBOX.Picture.as<IPicture>(IID_IPicture)) DrawPicture(dc, pic.get(), at, key, !enabled_);
+    if (ComPtr<IPicture> pic = picBOX.Picture.as<IPicture>(IID_IPicture)) DrawPicture(dc, pic.get(), at, key, !enabled);
 }
 
-void cbtn::draw_focus(HDC dc)
+void ButtonFace::draw_focus(HDC dc)
 {
     int W = layout_.W, H = layout_.H;
     RECT r = rect_of(layout_.inner);
-    switch (type_) {
+    switch (type) {
     case btype::ComboBox:
     case btype::ComboBoxFlat:
         r = {3, 3, W - 3 - std::min(GetSystemMetrics(SM_CXVSCROLL), std::max(W - 4, 0)), H - 3};
@@ -581,14 +579,101 @@ void cbtn::draw_focus(HDC dc)
     default:
         break;
     }
-    SetTextColor(dc, translated(fore_, sys(COLOR_BTNTEXT)));
+    SetTextColor(dc, translated(fore, sys(COLOR_BTNTEXT)));
     SetBkColor(dc, sys(COLOR_BTNFACE));
     if (r.right > r.left && r.bottom > r.top) DrawFocusRect(dc, &r);
-    if (picture_visible_ && layout_.picture.width() > 0) {
+    if (picture_visible && layout_.picture.width() > 0) {
         RECT pr = rect_of(layout_.picture);
         InflateRect(&pr, 1, 1);
         DrawFocusRect(dc, &pr);
     }
+}
+
+// ---------------------------------------------------------------- layout, shape, pointer
+
+int ButtonFace::bar_height() const { return bar_on ? std::max(3, layout_.H / 6) : 0; }
+
+void ButtonFace::Layout(int W, int H)
+{
+    SIZE pic{0, 0};
+    if (ComPtr<IPicture> p = picBOX.Picture.as<IPicture>(IID_IPicture)) pic = PictureSizePx(p.get());
+    layout_ = LayoutButton(W, H, picture_visible, pic.cx, pic.cy);
+    // The colour bar takes the bottom of the caption's place.
+    int bar = bar_height();
+    if (bar > 0) {
+        layout_.caption.bottom -= bar;
+        layout_.caption2.bottom -= bar;
+    }
+}
+
+void ButtonFace::draw_bar(HDC dc, int dx)
+{
+    int bar = bar_height();
+    if (bar <= 0) return;
+    const PxRect &cap = layout_.caption2;
+    int right = layout_.W - 4;
+    if (type == btype::ComboBox || type == btype::ComboBoxFlat)
+        right -= std::min(GetSystemMetrics(SM_CXVSCROLL), std::max(layout_.W - 4, 0)) + 1;
+    int left = std::max(cap.left, 0) + 4, top = layout_.H - 4 - bar;
+    if (right <= left || top < 0) return;
+    RECT r{left + dx, top + dx, right + dx, top + bar + dx};
+    // Framed in the shadow, so white and the face's own colour still show as a bar.
+    FrameSolid(dc, r, sys(COLOR_BTNSHADOW));
+    InflateRect(&r, -1, -1);
+    FillSolid(dc, r, enabled ? translated(bar_colour, 0) : sys(COLOR_BTNFACE));
+}
+
+void ButtonFace::ApplyRegion(HWND w, int W, int H) const
+{
+    if (!w) return;
+    unique_region rgn;
+    switch (ShapeOf(type)) {
+    case ButtonShape::RoundedXP:
+        // The Luna button: each corner loses its outermost pixel.
+        rgn.reset(CreateRoundRectRgn(0, 0, W + 1, H + 1, 4, 4));
+        break;
+    case ButtonShape::Tab: {
+        // A tab: the two top corners cut by two pixels, the bottom open to the page.
+        POINT pts[] = {{0, 2}, {2, 0}, {W - 2, 0}, {W, 2}, {W, H}, {0, H}};
+        rgn.reset(CreatePolygonRgn(pts, 6, WINDING));
+        break;
+    }
+    default:
+        rgn.reset(CreateRectRgn(0, 0, W, H));
+        break;
+    }
+    if (!rgn) return;
+    // The window owns the region from here on (and deletes the one it had).
+    if (SetWindowRgn(w, rgn.get(), TRUE)) rgn.release();
+}
+
+bool ButtonFace::SetCursorAt(POINT pt) const
+{
+    // The picture box carries the same pointer as the button.
+    int16_t pointer = mouse_pointer;
+    IPictureDisp *icon = mouse_icon.get();
+    if (picture_visible && pt.x >= layout_.picture.left && pt.x < layout_.picture.right && pt.y >= layout_.picture.top &&
+        pt.y < layout_.picture.bottom) {
+        pointer = picBOX.MousePointer;
+        icon = picBOX.MouseIcon.get();
+    }
+    if (pointer == kCustomPointer && icon) {
+        ComPtr<IPicture> pic = ComPtr<IPictureDisp>(icon).as<IPicture>(IID_IPicture);
+        OLE_HANDLE h = 0;
+        SHORT kind = 0;
+        if (pic && SUCCEEDED(pic->get_Type(&kind)) && (kind == PICTYPE_ICON) && SUCCEEDED(pic->get_Handle(&h)) && h) {
+            SetCursor(reinterpret_cast<HCURSOR>(static_cast<UINT_PTR>(h)));
+            return true;
+        }
+        return false;
+    }
+    int32_t id = CursorForPointer(pointer);
+    if (!id && pointer == 0 && (type == btype::Hyperlink || type == btype::HyperlinkWhite)) id = 32649; // a link's hand
+    if (!id) return false;
+    HCURSOR c = LoadCursorW(nullptr, MAKEINTRESOURCEW(id));
+    if (!c) return false;
+    SetCursor(c);
+    return true;
 }
 
 } // namespace tarn
