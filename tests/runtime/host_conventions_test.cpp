@@ -235,7 +235,7 @@ TEST_F(HostConventions, EachClassDeclaresItsPagesSafetyAndStatus)
         {L"TarnControls.lnev", true, true, 0, OLEMISC_ACTSLIKEBUTTON},
         {L"TarnControls.cbtn", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME},
         {L"TarnControls.cbtnddp", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME},
-        {L"TarnControls.pbtn", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME},
+        {L"TarnControls.pbtn", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME, false},
         {L"TarnControls.updown", true, true, 0, OLEMISC_ALWAYSRUN},
         {L"TarnControls.grid", true, false, 0, 0, false}, // reads and writes files
         {L"TarnControls.dlst", true, false, 0, 0, false}, // lists the machine's folders
