@@ -86,6 +86,10 @@ public:
     KeyHandler on_key_down, on_key_up;
     std::function<void(int16_t &key_ascii)> on_key_press;
     MouseHandler on_mouse_down, on_mouse_move, on_mouse_up;
+    // The user asks for the constituent's context menu: a right-button release in it, the
+    // context-menu key or Shift+F10. X and Y in twips relative to the constituent (from the
+    // keyboard: its top-left corner). Set, it takes those inputs from the window.
+    std::function<void(float x, float y)> on_context_menu;
 
     // ---- for the runtime (UserControl)
     // Moves the window into `parent` (the control's window), above the constituents before it.
@@ -130,6 +134,10 @@ protected:
     // Also routes the keys, mouse and focus of `part` (a child window of the kind's own, such
     // as a combo box's edit field) through this constituent.
     void subclass_part(HWND part);
+    // The same for a window that belongs to someone else inside this constituent's window (a
+    // nested control's parts): its keys, mouse and focus are seen first, without claiming it.
+    void watch_part(HWND part);
+    void unwatch_part(HWND part);
 
     // Sets the DC's colours for painting the window and returns its background brush; null
     // for kinds without colours of their own (the system's colours then apply).
@@ -158,6 +166,7 @@ private:
     static LRESULT CALLBACK subclass_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR id, DWORD_PTR ref);
     LRESULT on_message(HWND window, UINT msg, WPARAM wp, LPARAM lp);
     void on_mouse(HWND window, UINT msg, WPARAM wp, LPARAM lp);
+    bool context_menu(HWND window, UINT msg, WPARAM wp, LPARAM lp);
     void apply_font();
     void watch_font();
     void unwatch_font();
