@@ -9,15 +9,6 @@
 namespace tarn {
 
 namespace {
-const wchar_t *picker_class()
-{
-    static const bool registered = [] {
-        INITCOMMONCONTROLSEX icc{sizeof icc, ICC_DATE_CLASSES};
-        return InitCommonControlsEx(&icc) != FALSE;
-    }();
-    (void)registered;
-    return DATETIMEPICK_CLASSW;
-}
 
 DWORD format_style(DatePicker::Format format)
 {
@@ -27,8 +18,8 @@ DWORD format_style(DatePicker::Format format)
 } // namespace
 
 DatePicker::DatePicker(std::wstring name, Format format, float left, float top, float width, float height)
-    : WindowedConstituent(std::move(name), picker_class(), WS_VISIBLE | WS_TABSTOP | format_style(format), 0, left, top,
-                          width, height),
+    : WindowedConstituent(std::move(name), CommonControlClass(ICC_DATE_CLASSES, DATETIMEPICK_CLASSW),
+                          WS_VISIBLE | WS_TABSTOP | format_style(format), 0, left, top, width, height),
       format_(format == Time ? Time : ShortDate)
 {
 }

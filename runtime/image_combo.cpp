@@ -7,21 +7,9 @@
 
 namespace tarn {
 
-namespace {
-const wchar_t *image_combo_class()
-{
-    static const bool registered = [] {
-        INITCOMMONCONTROLSEX icc{sizeof icc, ICC_USEREX_CLASSES};
-        return InitCommonControlsEx(&icc) != FALSE;
-    }();
-    (void)registered;
-    return WC_COMBOBOXEXW;
-}
-} // namespace
-
 ImageCombo::ImageCombo(std::wstring name, float left, float top, float width, float height)
-    : WindowedConstituent(std::move(name), image_combo_class(), WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
-                          0, left, top, width, height)
+    : WindowedConstituent(std::move(name), CommonControlClass(ICC_USEREX_CLASSES, WC_COMBOBOXEXW),
+                          WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, 0, left, top, width, height)
 {
     if (!hwnd_) return;
     const int side = GetSystemMetrics(SM_CXSMICON);

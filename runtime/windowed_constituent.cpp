@@ -627,6 +627,13 @@ HBRUSH ColoredConstituent::paint_colors(HDC dc)
     return brush_.get();
 }
 
+const wchar_t *CommonControlClass(DWORD icc, const wchar_t *class_name)
+{
+    INITCOMMONCONTROLSEX init{sizeof init, icc};
+    InitCommonControlsEx(&init); // cheap once done; a failure shows as no window
+    return class_name;
+}
+
 bool WindowWithin(HWND root, HWND window)
 {
     if (!root || !window) return false;

@@ -208,6 +208,9 @@ private:
 // combo box's drop-down list).
 bool WindowWithin(HWND root, HWND window);
 
+// The window class of a common control, its classes `icc` (ICC_*) registered first.
+const wchar_t *CommonControlClass(DWORD icc, const wchar_t *class_name);
+
 // Removes the holder's window class when the DLL unloads.
 void UnregisterHolderWindowClass();
 

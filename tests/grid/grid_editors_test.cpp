@@ -16,6 +16,7 @@
 #include "runtime/control_impl.h"
 #include "support/control_test.h"
 #include "support/resource_counts.h"
+#include "support/test_factory.h"
 
 using namespace tarn;
 using namespace tarn::test;
@@ -89,18 +90,7 @@ const ControlClass EditorHostControl::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST,
     &EditorHostControl::Create};
 
-class Factory final : public IClassFactory {
-public:
-    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override
-    {
-        *ppv = riid == IID_IUnknown || riid == IID_IClassFactory ? static_cast<IClassFactory *>(this) : nullptr;
-        return *ppv ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP CreateInstance(IUnknown *, REFIID riid, void **ppv) override { return EditorHostControl::Create(riid, ppv); }
-    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
-} g_factory;
+TestFactory<EditorHostControl> g_factory;
 
 SYSTEMTIME at(WORD y, WORD mo, WORD d, WORD h = 0, WORD mi = 0, WORD s = 0)
 {
@@ -149,9 +139,9 @@ protected:
     static void SetUpTestSuite()
     {
         module::set_instance(GetModuleHandleW(nullptr));
-        CoRegisterClassObject(CLSID_EditorHostControl, &g_factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
+        g_factory.register_class(CLSID_EditorHostControl);
     }
-    static void TearDownTestSuite() { CoRevokeClassObject(cookie_); }
+    static void TearDownTestSuite() { g_factory.revoke(); }
 
     EditorHostControl &placed()
     {
@@ -171,7 +161,6 @@ protected:
         return c.editors.Editor(kind);
     }
     Hosted *hosted = nullptr;
-    static inline DWORD cookie_ = 0;
 };
 
 LONG px(float twips) { return static_cast<LONG>(std::floor(twips / static_cast<float>(TwipsPerPixelX()))); }
