@@ -174,9 +174,13 @@ TEST_F(Editors, EachEditorOpensOverTheCellAndCommitsItsValueAsCellText)
     for (const wchar_t *item : {L"one", L"two"}) c.editors.List().AddItem(item);
 
     // Each editor lies over the cell, in the control's window (the number box takes the height
-    // of its font, the lists the height of their field).
+    // of its font, the lists the height of their field), and shows in the control's picture.
+    const uint32_t closed = hosted->render(400, 200).hash();
     for (int k = 0; k < kEditorKinds; ++k) {
-        CellEditor &e = open(c, static_cast<EditorKind>(k), L"");
+        CellEditor &e = open(c, static_cast<EditorKind>(k), k == 5 ? L"40 %" : L"");
+        Bitmap picture = hosted->render(400, 200);
+        EXPECT_NE(closed, picture.hash()) << narrow(EditorName(e.Kind()));
+        picture.save_png(output_path(std::wstring(L"editor_") + EditorName(e.Kind()) + L".png"));
         HWND w = e.Window().hWnd();
         EXPECT_TRUE(IsWindowVisible(w)) << narrow(EditorName(e.Kind()));
         EXPECT_EQ(hosted->hwnd(), GetParent(w));
