@@ -4,6 +4,14 @@
 
 namespace tarn {
 
+namespace {
+BOOL CALLBACK collect_window(HWND child, LPARAM list)
+{
+    reinterpret_cast<std::vector<HWND> *>(list)->push_back(child);
+    return TRUE;
+}
+} // namespace
+
 // The inner control's container: an in-place site whose window is the constituent's. It asks
 // nothing of the outer control's own container.
 class NestedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite> {
@@ -156,13 +164,7 @@ void NestedControl::watch_parts()
     HWND root = ControlWindow();
     if (!root) return;
     watched_.push_back(root);
-    EnumChildWindows(
-        root,
-        [](HWND child, LPARAM lp) -> BOOL {
-            reinterpret_cast<std::vector<HWND> *>(lp)->push_back(child);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&watched_));
+    EnumChildWindows(root, &collect_window, reinterpret_cast<LPARAM>(&watched_));
     for (HWND w : watched_) watch_part(w);
 }
 

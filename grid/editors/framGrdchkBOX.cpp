@@ -14,16 +14,16 @@ framGrdchkBOX::framGrdchkBOX() : CellEditor(EditorKind::Check), box_(L"framGrdch
 
 void framGrdchkBOX::set(bool checked)
 {
+    // Not a click of the user's: the box says nothing.
+    auto keep = std::move(box_.on_event);
     if (ComPtr<Igrdchk> b = Box()) b->put_Value(checked ? 1 : 0);
+    box_.on_event = std::move(keep);
 }
 
 void framGrdchkBOX::Load(const std::wstring &cell_text)
 {
     opened_ = CellIsChecked(cell_text);
-    // Loading is no click of the user's: the box says nothing.
-    auto keep = std::move(box_.on_event);
     set(opened_);
-    box_.on_event = std::move(keep);
 }
 
 std::optional<std::wstring> framGrdchkBOX::Value()

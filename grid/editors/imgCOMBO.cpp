@@ -12,10 +12,7 @@ void imgCOMBO::Load(const std::wstring &cell_text)
             opened_ = i;
             break;
         }
-    // Loading is no choice of the user's: nothing is raised.
-    auto keep = std::move(combo_.on_click);
-    step([&] { combo_.SetListIndex(opened_); });
-    combo_.on_click = std::move(keep);
+    show_opened();
 }
 
 std::optional<std::wstring> imgCOMBO::Value()
@@ -25,6 +22,14 @@ std::optional<std::wstring> imgCOMBO::Value()
     return combo_.List(i);
 }
 
-void imgCOMBO::Reset() { step([&] { combo_.SetListIndex(opened_); }); }
+void imgCOMBO::Reset() { show_opened(); }
+
+void imgCOMBO::show_opened()
+{
+    // Not a choice of the user's: nothing is raised.
+    auto keep = std::move(combo_.on_click);
+    step([&] { combo_.SetListIndex(opened_); });
+    combo_.on_click = std::move(keep);
+}
 
 } // namespace tarn

@@ -18,6 +18,7 @@ public:
     void Reset() override;
 
 private:
+    void show_opened();
     ImageCombo combo_;
     int32_t opened_ = -1;
 };

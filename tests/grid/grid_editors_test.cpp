@@ -163,6 +163,44 @@ protected:
     Hosted *hosted = nullptr;
 };
 
+// What the message box showed, read by a timer inside its loop, which then presses OK.
+std::wstring seen_text, seen_title;
+int buttons = 0;
+bool icon = false;
+
+void CALLBACK press_ok_in_message_box(HWND, UINT, UINT_PTR id, DWORD)
+{
+    HWND box = FindWindowW(L"#32770", L"Text Error");
+    if (!box) return;
+    KillTimer(nullptr, id);
+    wchar_t title[64] = {};
+    GetWindowTextW(box, title, 64);
+    seen_title = title;
+    for (HWND ch = GetWindow(box, GW_CHILD); ch; ch = GetWindow(ch, GW_HWNDNEXT)) {
+        wchar_t cls[32] = {}, text[256] = {};
+        GetClassNameW(ch, cls, 32);
+        GetWindowTextW(ch, text, 256);
+        if (_wcsicmp(cls, L"Button") == 0 && IsWindowVisible(ch)) ++buttons;
+        if (_wcsicmp(cls, L"Static") == 0) {
+            if ((GetWindowLongPtrW(ch, GWL_STYLE) & SS_TYPEMASK) == SS_ICON) {
+                if (IsWindowVisible(ch) && SendMessageW(ch, STM_GETICON, 0, 0)) icon = true;
+            } else if (text[0]) {
+                seen_text = text;
+            }
+        }
+    }
+    PostMessageW(box, WM_COMMAND, IDOK, 0);
+}
+
+BOOL CALLBACK find_button(HWND w, LPARAM found)
+{
+    wchar_t cls[16] = {};
+    GetClassNameW(w, cls, 16);
+    if (_wcsicmp(cls, L"Button") != 0) return TRUE;
+    *reinterpret_cast<HWND *>(found) = w;
+    return FALSE;
+}
+
 LONG px(float twips) { return static_cast<LONG>(std::floor(twips / static_cast<float>(TwipsPerPixelX()))); }
 
 } // namespace
@@ -319,34 +357,11 @@ TEST_F(Editors, TheRefusalIsAMessageBoxWithTheExactTextAndTitleAndOnlyAnOkButton
     c.real_message_box = true;
     CellEditor &t = open(c, EditorKind::Text, L"x");
     // The message box runs its own loop; a timer of this thread finds it there and presses OK.
-    static std::wstring seen_text, seen_title;
-    static int buttons = 0;
-    static bool icon = false;
     seen_text.clear();
     seen_title.clear();
     buttons = 0;
     icon = false;
-    UINT_PTR timer = SetTimer(nullptr, 0, 1, [](HWND, UINT, UINT_PTR id, DWORD) {
-        HWND box = FindWindowW(L"#32770", L"Text Error");
-        if (!box) return;
-        KillTimer(nullptr, id);
-        wchar_t title[64] = {};
-        GetWindowTextW(box, title, 64);
-        seen_title = title;
-        for (HWND ch = GetWindow(box, GW_CHILD); ch; ch = GetWindow(ch, GW_HWNDNEXT)) {
-            wchar_t cls[32] = {}, text[256] = {};
-            GetClassNameW(ch, cls, 32);
-            GetWindowTextW(ch, text, 256);
-            if (_wcsicmp(cls, L"Button") == 0 && IsWindowVisible(ch)) ++buttons;
-            if (_wcsicmp(cls, L"Static") == 0) {
-                if ((GetWindowLongPtrW(ch, GWL_STYLE) & SS_TYPEMASK) == SS_ICON) {
-                    if (IsWindowVisible(ch) && SendMessageW(ch, STM_GETICON, 0, 0)) icon = true;
-                }
-                else if (text[0]) seen_text = text;
-            }
-        }
-        PostMessageW(box, WM_COMMAND, IDOK, 0);
-    });
+    UINT_PTR timer = SetTimer(nullptr, 0, 1, &press_ok_in_message_box);
     type(t.Window().hWnd(), L",");
     KillTimer(nullptr, timer);
     EXPECT_EQ(L"You cannot use this character within the grid, as this is part of the grid structure.", seen_text);
@@ -467,21 +482,14 @@ TEST_F(Editors, ListsAndTheCheckBoxRaiseTheirGridEvents)
     open(c, EditorKind::Check, L"");
     // A click on the inner check box, as the user makes it.
     HWND button = nullptr;
-    EnumChildWindows(
-        c.editors.Editor(EditorKind::Check).Window().hWnd(),
-        [](HWND w, LPARAM lp) -> BOOL {
-            wchar_t cls[16] = {};
-            GetClassNameW(w, cls, 16);
-            if (_wcsicmp(cls, L"Button") != 0) return TRUE;
-            *reinterpret_cast<HWND *>(lp) = w;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&button));
+    EnumChildWindows(c.editors.Editor(EditorKind::Check).Window().hWnd(), &find_button, reinterpret_cast<LPARAM>(&button));
     ASSERT_TRUE(button);
     SendMessageW(button, BM_CLICK, 0, 0);
-    c.editors.Hide();
+    // Escape puts the value back unasked: no click of the user's, and nothing changed.
+    key(typing_window(c.editors.Editor(EditorKind::Check)), VK_ESCAPE);
+    EXPECT_FALSE(c.editors.IsOpen());
     EXPECT_EQ((std::vector<std::wstring>{L"CboClick", L"CboBoxClick", L"write a", L"ChangeEdited", L"BtnBoxImgSelect",
-                                         L"write b", L"ChangeEdited", L"BtnBoxClick", L"write  a", L"ChangeEdited"}),
+                                         L"write b", L"ChangeEdited", L"BtnBoxClick", L"write ", L"KeyDown 27"}),
               c.log);
 }
 

@@ -34,6 +34,17 @@ SYSTEMTIME day(WORD y, WORD m, WORD d, WORD h = 0, WORD mi = 0)
     return st;
 }
 
+HWND g_menu_owner = nullptr;
+
+void CALLBACK choose_second_item(HWND, UINT, UINT_PTR id, DWORD)
+{
+    KillTimer(nullptr, id);
+    for (WPARAM vk : {WPARAM(VK_DOWN), WPARAM(VK_DOWN), WPARAM(VK_RETURN)}) {
+        PostMessageW(g_menu_owner, WM_KEYDOWN, vk, 1);
+        PostMessageW(g_menu_owner, WM_KEYUP, vk, 0xC0000001);
+    }
+}
+
 } // namespace
 
 TEST_F(Kinds, ADatePickerKeepsItsValueAsAnAutomationDateInEitherFormat)
@@ -173,15 +184,8 @@ TEST_F(Kinds, TheRealMenuLoopShowsTheMenuAndTakesAKeyboardChoice)
     m.AddItem(L"mnuB", L"B", [&] { ++b; });
     SetForegroundWindow(owner);
     // The loop takes the keyboard; a timer inside it presses Down, Down, Enter.
-    static HWND s_owner;
-    s_owner = owner;
-    UINT_PTR timer = SetTimer(nullptr, 0, 1, [](HWND, UINT, UINT_PTR id, DWORD) {
-        KillTimer(nullptr, id);
-        for (WPARAM vk : {WPARAM(VK_DOWN), WPARAM(VK_DOWN), WPARAM(VK_RETURN)}) {
-            PostMessageW(s_owner, WM_KEYDOWN, vk, 1);
-            PostMessageW(s_owner, WM_KEYUP, vk, 0xC0000001);
-        }
-    });
+    g_menu_owner = owner;
+    UINT_PTR timer = SetTimer(nullptr, 0, 1, &choose_second_item);
     std::wstring chosen = m.Popup(owner, POINT{10, 10});
     KillTimer(nullptr, timer);
     DestroyWindow(owner);
