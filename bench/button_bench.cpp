@@ -71,6 +71,19 @@ int wmain(int argc, wchar_t **argv)
             report(what, count, now_ms() - t0);
         }
 
+        // A property write as a host makes it, through IDispatch: the container is asked
+        // (OnRequestEdit) and told (OnChanged); the baseline is a read of the same property.
+        {
+            Variant tip = Str(L"Saves the file");
+            btn.put(L"ToolTip", tip);
+            double g0 = now_ms();
+            for (int i = 0; i < count; ++i) btn.get(L"ToolTip");
+            report(L"baseline: get ToolTip through IDispatch", count, now_ms() - g0);
+            double q0 = now_ms();
+            for (int i = 0; i < count; ++i) btn.put(L"ToolTip", tip);
+            report(L"put ToolTip (edit request + change notice)", count, now_ms() - q0);
+        }
+
         // Through the window: WM_PAINT, and the hover repaint of a pointer move inside.
         btn.put(L"ButtonType", I4(1));
         btn.activate();

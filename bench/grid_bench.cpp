@@ -1,17 +1,23 @@
 // The grid engine at 100,000 rows x 10 columns, each operation beside a baseline of plain
-// standard-library work on the same data, measured in the same run (see bench/README.md).
+// standard-library work on the same data, measured in the same run; then the grid at scale:
+// totals of alternating columns at 10k, 100k and 1M rows, RowDel and RowAdd in the middle of
+// a million rows, and GridLoad of a million rows with the memory a cell costs (see
+// bench/README.md).
+#include "bench/bench_data.h"
 #include "foundation/numbers.h"
 #include "grid/grid_file.h"
 #include "grid/grid_model.h"
-#include "grid/sort_compare.h"
+#include "grid/engine/sort_compare.h"
 #include "grid/text_codec.h"
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,13 +31,7 @@ constexpr int32_t kCols = 10;
 constexpr int32_t kNumberCol = 1;
 
 // Cell (r, c): even columns hold words ("Item 48213"), odd ones amounts ("4821.37").
-std::wstring cell_text(int32_t r, int32_t c)
-{
-    uint32_t x = static_cast<uint32_t>(r) * 2654435761u + static_cast<uint32_t>(c) * 40503u;
-    x ^= x >> 13;
-    if (c % 2 == 0) return (c == 0 ? L"Item " : L"Name ") + std::to_wstring(x % 100000);
-    return std::to_wstring(x % 10000) + L"." + std::to_wstring(10 + x % 90);
-}
+std::wstring cell_text(int32_t r, int32_t c) { return tarn::bench::grid_cell_text(r, c); }
 
 struct Data {
     std::vector<std::wstring> lines;           // each row's cells joined by tabs (RowAdd)
@@ -167,7 +167,10 @@ void BM_BarSummaryColCalc(benchmark::State &state)
     const Data &d = data();
     GridModel model;
     d.fill(model);
+    bool odd = false;
     for (auto _ : state) {
+        // A change in row 0 leaves no partial sum to start from: each read is a whole total.
+        model.CellTextSet(0, kNumberCol, (odd = !odd) ? L"1.25" : L"2.5");
         model.BarSummaryColCalc(kNumberCol);
         benchmark::DoNotOptimize(model.BarSummaryColRead(kNumberCol)); // the total is computed here
     }
@@ -215,6 +218,138 @@ void BM_Baseline_VectorAppend(benchmark::State &state)
     }
 }
 
+// ---------------------------------------------------------------- at scale
+
+// One row of the benchmark's data as RowAdd takes it.
+std::wstring row_line(int32_t r)
+{
+    std::wstring line;
+    for (int32_t c = 0; c < kCols; ++c) {
+        if (c) line += L'\t';
+        line += cell_text(r, c);
+    }
+    return line;
+}
+
+// The pattern that was quadratic: each row added (its Change recalculates the current
+// column, 0) and column 3 recalculated, so two columns wait in turn; both read at the end.
+void BM_AlternatingTotals(benchmark::State &state)
+{
+    const auto rows = static_cast<int32_t>(state.range(0));
+    for (auto _ : state) {
+        GridModel model;
+        model.ColsSet(kCols);
+        model.RowsSet(0);
+        for (int32_t r = 0; r < rows; ++r) {
+            model.RowAdd(row_line(r), r);
+            model.BarSummaryColCalc(3);
+        }
+        benchmark::DoNotOptimize(model.BarSummaryColRead(0));
+        benchmark::DoNotOptimize(model.BarSummaryColRead(3));
+    }
+    state.SetComplexityN(rows);
+}
+
+// Baseline: the same rows added, nothing else recalculated.
+void BM_Baseline_RowAddOnly(benchmark::State &state)
+{
+    const auto rows = static_cast<int32_t>(state.range(0));
+    for (auto _ : state) {
+        GridModel model;
+        model.ColsSet(kCols);
+        model.RowsSet(0);
+        for (int32_t r = 0; r < rows; ++r) model.RowAdd(row_line(r), r);
+        benchmark::DoNotOptimize(model.BarSummaryColRead(0));
+    }
+    state.SetComplexityN(rows);
+}
+
+constexpr int32_t kMillion = 1000000;
+
+// A grid of a million rows, made once.
+GridModel &million()
+{
+    static GridModel *model = [] {
+        auto *m = new GridModel;
+        m->ColsSet(kCols);
+        m->RowsSet(0);
+        for (int32_t r = 0; r < kMillion; ++r) m->RowAdd(row_line(r), r);
+        (void)m->BarSummaryColRead(0);
+        return m;
+    }();
+    return *model;
+}
+
+// RowDel and RowAdd (each a whole operation: BoxHide, the change, Change and its total) in the
+// middle of a million rows; per iteration one of each.
+void BM_MiddleRowDelAdd(benchmark::State &state)
+{
+    GridModel &model = million();
+    const std::wstring line = row_line(42);
+    for (auto _ : state) {
+        model.RowDel(kMillion / 2);
+        model.RowAdd(line, kMillion / 2);
+    }
+}
+
+// Baseline: the same at the end of the same grid.
+void BM_Baseline_EndRowDelAdd(benchmark::State &state)
+{
+    GridModel &model = million();
+    const std::wstring line = row_line(42);
+    for (auto _ : state) {
+        model.RowDel(kMillion - 1);
+        model.RowAdd(line, kMillion - 1);
+    }
+}
+
+double million_utf16 = 0; // the UTF-16 bytes of the file's cell texts
+
+// The grid file of a million rows x 10 columns (about 100 MB), written once.
+const fs::path &million_file()
+{
+    static const fs::path file = [] {
+        data(); // makes the folder and its removal at exit
+        fs::path f = fs::temp_directory_path() / "tarn_grid_bench" / "million.txt";
+        million_utf16 = tarn::bench::write_grid_file(f, kMillion, kCols);
+        return f;
+    }();
+    return file;
+}
+
+// GridLoad of a million rows into an empty grid; the heap it takes, a cell, against the UTF-16
+// size of the cells' texts.
+void BM_GridLoadMillion(benchmark::State &state)
+{
+    const fs::path &file = million_file();
+    double bytes_per_cell = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto model = std::make_unique<GridModel>();
+        const size_t before = mallinfo2().uordblks;
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(model->GridLoad(file));
+        state.PauseTiming();
+        bytes_per_cell = static_cast<double>(mallinfo2().uordblks - before) / (kMillion * 10.0);
+        if (model->RowsCurrent() != kMillion) state.SkipWithError("wrong row count");
+        model.reset();
+        state.ResumeTiming();
+    }
+    state.counters["heap_bytes_per_cell"] = bytes_per_cell;
+    state.counters["utf16_bytes_per_cell"] = million_utf16 / (kMillion * 10.0);
+}
+
+void BM_Baseline_ReadLinesMillion(benchmark::State &state)
+{
+    const fs::path &file = million_file();
+    for (auto _ : state) {
+        std::ifstream in(file, std::ios::binary);
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(in, line);) lines.push_back(std::move(line));
+        benchmark::DoNotOptimize(lines.data());
+    }
+}
+
 } // namespace
 
 BENCHMARK(BM_GridLoad)->Unit(benchmark::kMillisecond);
@@ -227,5 +362,11 @@ BENCHMARK(BM_BarSummaryColCalc)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Baseline_Strtod)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RowAdd)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Baseline_VectorAppend)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_AlternatingTotals)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Complexity();
+BENCHMARK(BM_Baseline_RowAddOnly)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Complexity();
+BENCHMARK(BM_MiddleRowDelAdd)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Baseline_EndRowDelAdd)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_GridLoadMillion)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_Baseline_ReadLinesMillion)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 BENCHMARK_MAIN();

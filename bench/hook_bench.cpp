@@ -87,7 +87,7 @@ struct Hooks {
     void hook(size_t count)
     {
         for (size_t i = 0; i < owners.size(); ++i)
-            owners[i]->put_hwnd(i < count ? reinterpret_cast<LONG_PTR>(windows[i]) : 0);
+            owners[i]->put_hwnd(i < count ? to_ole_handle(windows[i]) : 0);
     }
     ~Hooks()
     {

@@ -18,8 +18,9 @@ const ControlClass cbtn::Class = {
     &IID_Icbtn,
     &DIID_IcbtnEvents,
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
-        OLEMISC_SETCLIENTSITEFIRST,
+        OLEMISC_SETCLIENTSITEFIRST | OLEMISC_ACTSLIKEBUTTON,
     &cbtn::Create,
+    true, // draws itself, touches no file and no other window
 };
 
 namespace {
@@ -36,11 +37,7 @@ VARIANT_BOOL vbool(bool b) { return b ? VARIANT_TRUE : VARIANT_FALSE; }
 
 cbtn::cbtn() { frmctrlTOOLTIP::AddUser(); }
 
-cbtn::~cbtn()
-{
-    accessible_.disconnect();
-    frmctrlTOOLTIP::RemoveUser();
-}
+cbtn::~cbtn() { frmctrlTOOLTIP::RemoveUser(); }
 
 void cbtn::Initialize()
 {
@@ -56,7 +53,6 @@ void cbtn::Initialize()
 void cbtn::Terminate()
 {
     step([&] { tip_close(); });
-    step([&] { accessible_.disconnect(); });
 }
 
 // ---------------------------------------------------------------- persistence
@@ -135,6 +131,22 @@ void cbtn::Show()
 {
     // The window exists only now: give it the shape of its type.
     step([&] { apply_region(); });
+    step([&] { read_display_default(); });
+}
+
+void cbtn::AmbientChanged(DISPID id)
+{
+    if (id == DISPID_AMBIENT_DISPLAYASDEFAULT || id == DISPID_UNKNOWN) read_display_default();
+}
+
+void cbtn::read_display_default()
+{
+    Variant v, b;
+    bool on = Ambient().get(DISPID_AMBIENT_DISPLAYASDEFAULT, v) && v.convert(VT_BOOL, b) && V_BOOL(b.get());
+    if (on == display_default_) return;
+    display_default_ = on;
+    AccessibleChanged(EVENT_OBJECT_STATECHANGE);
+    Invalidate();
 }
 
 void cbtn::layout()
@@ -178,7 +190,7 @@ void cbtn::paint(int state, bool repaint)
         // Always at once: the face must follow the pointer move that asked for it.
         (void)repaint;
         RedrawWindow(w, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-        accessible_.notify(w, EVENT_OBJECT_STATECHANGE);
+        AccessibleChanged(EVENT_OBJECT_STATECHANGE);
     } else {
         Invalidate();
     }
@@ -414,7 +426,6 @@ bool cbtn::focused() const
 LRESULT cbtn::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
 {
     handled = false;
-    if (msg == WM_GETOBJECT) return accessible_.answer(hWnd(), wp, lp, *this, handled);
     if (msg == frmctrlTOOLTIP::TipStartMessage()) {
         handled = true;
         step([&] { on_tip_start(); });
@@ -469,24 +480,28 @@ bool cbtn::set_cursor()
     return true;
 }
 
-// ---------------------------------------------------------------- accessibility
+// ---------------------------------------------------------------- hosts and screen readers
 
-std::wstring cbtn::accessible_name() { return caption_; }
-long cbtn::accessible_role() { return ROLE_SYSTEM_PUSHBUTTON; }
-long cbtn::accessible_state()
+void cbtn::Mnemonic()
 {
-    long s = 0;
-    if (!enabled_) s |= STATE_SYSTEM_UNAVAILABLE;
-    else s |= STATE_SYSTEM_FOCUSABLE;
-    if (focused()) s |= STATE_SYSTEM_FOCUSED;
+    // Exactly a left click: the pressed face, MouseDown, MouseUp, then Click.
+    if (!enabled_) return;
+    mouse_down(mouse::Left, 0, 1, 1);
+    mouse_up(mouse::Left, 0, 1, 1);
+    click();
+}
+
+long cbtn::AccessibleState()
+{
+    long s = UserControl::AccessibleState();
+    if (!enabled_) s = (s & ~STATE_SYSTEM_FOCUSABLE) | STATE_SYSTEM_UNAVAILABLE;
     if (face_ == face::Pressed && mouse_down_) s |= STATE_SYSTEM_PRESSED;
     if (hover_) s |= STATE_SYSTEM_HOTTRACKED;
-    HWND w = hWnd();
-    if (!w || !IsWindowVisible(w)) s |= STATE_SYSTEM_INVISIBLE;
+    if (display_default_) s |= STATE_SYSTEM_DEFAULT;
     return s;
 }
-std::wstring cbtn::accessible_default_action() { return L"Press"; }
-void cbtn::accessible_do_default()
+
+void cbtn::DoDefaultAction()
 {
     if (!enabled_) return;
     last_button_ = mouse::Left;
@@ -532,7 +547,8 @@ STDMETHODIMP cbtn::put_CAPTION(BSTR v)
 {
     return put_value(L"TEXT", [&] {
         caption_ = from_bstr(v);
-        accessible_.notify(hWnd(), EVENT_OBJECT_NAMECHANGE);
+        AccessibleChanged(EVENT_OBJECT_NAMECHANGE);
+        ControlInfoChanged();
         Invalidate();
     });
 }
@@ -584,7 +600,7 @@ STDMETHODIMP cbtn::put_ForeColor(OLE_COLOR v)
     });
 }
 
-STDMETHODIMP cbtn::get_hwnd(LONG_PTR *v) { return get_value(v, [&] { return reinterpret_cast<LONG_PTR>(hWnd()); }); }
+STDMETHODIMP cbtn::get_hwnd(OLE_HANDLE *v) { return get_value(v, [&] { return to_ole_handle(hWnd()); }); }
 
 STDMETHODIMP cbtn::get_MaskHLightColor(OLE_COLOR *v) { return get_value(v, [&] { return static_cast<OLE_COLOR>(mask_); }); }
 STDMETHODIMP cbtn::put_MaskHLightColor(OLE_COLOR v)
@@ -606,11 +622,15 @@ HRESULT cbtn::set_mouse_icon(IPictureDisp *v)
     return S_OK;
 }
 
-STDMETHODIMP cbtn::get_MousePointer(short *v) { return get_value(v, [&] { return mouse_pointer_; }); }
-STDMETHODIMP cbtn::put_MousePointer(short v)
+STDMETHODIMP cbtn::get_MousePointer(MousePointers *v)
 {
-    mouse_pointer_ = v;
-    picBOX.MousePointer = v;
+    return get_value(v, [&] { return static_cast<MousePointers>(mouse_pointer_); });
+}
+STDMETHODIMP cbtn::put_MousePointer(MousePointers v)
+{
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    mouse_pointer_ = static_cast<int16_t>(static_cast<int32_t>(v));
+    picBOX.MousePointer = mouse_pointer_;
     return S_OK;
 }
 
@@ -646,7 +666,10 @@ STDMETHODIMP cbtn::put_PictureVisible(VARIANT_BOOL v)
 STDMETHODIMP cbtn::get_ToolTip(BSTR *v) { return get_string(v, [&] { return tooltip_; }); }
 STDMETHODIMP cbtn::put_ToolTip(BSTR v)
 {
-    return put_value(L"TOOLTIP", [&] { tooltip_ = from_bstr(v); });
+    return put_value(L"TOOLTIP", [&] {
+        tooltip_ = from_bstr(v);
+        AccessibleChanged(EVENT_OBJECT_DESCRIPTIONCHANGE);
+    });
 }
 
 STDMETHODIMP cbtn::SetColors()

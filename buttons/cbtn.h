@@ -7,13 +7,12 @@
 
 #include "buttons/cbtn_layout.h"
 #include "foundation/clsMEMDC.h"
-#include "runtime/accessible.h"
 #include "runtime/control_impl.h"
 #include "tarnctls_h.h"
 
 namespace tarn {
 
-class cbtn final : public ControlImpl<cbtn, Icbtn>, private AccessibleOwner {
+class cbtn final : public ControlImpl<cbtn, Icbtn> {
 public:
     static const ControlClass Class;
     // A recoloured glyph, kept as its pixels; `tint` is its background.
@@ -35,6 +34,8 @@ public:
     STDMETHODIMP put_ButtonType(ButtonTypes value) override;
     STDMETHODIMP get_CAPTION(BSTR *value) override;
     STDMETHODIMP put_CAPTION(BSTR value) override;
+    STDMETHODIMP get__Default(BSTR *value) override { return get_CAPTION(value); }
+    STDMETHODIMP put__Default(BSTR value) override { return put_CAPTION(value); }
     STDMETHODIMP get_Enabled(VARIANT_BOOL *value) override;
     STDMETHODIMP put_Enabled(VARIANT_BOOL value) override;
     STDMETHODIMP get_FocusRect(VARIANT_BOOL *value) override;
@@ -44,14 +45,14 @@ public:
     STDMETHODIMP putref_Font(IFontDisp *value) override;
     STDMETHODIMP get_ForeColor(OLE_COLOR *value) override;
     STDMETHODIMP put_ForeColor(OLE_COLOR value) override;
-    STDMETHODIMP get_hwnd(LONG_PTR *value) override;
+    STDMETHODIMP get_hwnd(OLE_HANDLE *value) override;
     STDMETHODIMP get_MaskHLightColor(OLE_COLOR *value) override;
     STDMETHODIMP put_MaskHLightColor(OLE_COLOR value) override;
     STDMETHODIMP get_MouseIcon(IPictureDisp **value) override;
     STDMETHODIMP put_MouseIcon(IPictureDisp *value) override;
     STDMETHODIMP putref_MouseIcon(IPictureDisp *value) override;
-    STDMETHODIMP get_MousePointer(short *value) override;
-    STDMETHODIMP put_MousePointer(short value) override;
+    STDMETHODIMP get_MousePointer(MousePointers *value) override;
+    STDMETHODIMP put_MousePointer(MousePointers value) override;
     STDMETHODIMP get_Picture(IPictureDisp **value) override;
     STDMETHODIMP put_Picture(IPictureDisp *value) override;
     STDMETHODIMP putref_Picture(IPictureDisp *value) override;
@@ -92,6 +93,15 @@ protected:
     void LostFocus() override;
     LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
     bool CanGetFocus() const override { return enabled_; }
+    void AmbientChanged(DISPID id) override;
+    // As hosts expect of a button: the caption's mnemonic clicks it, screen readers hear it.
+    std::wstring Caption() override { return caption_; }
+    void Mnemonic() override;
+    std::wstring ToolTipText() override { return tooltip_; }
+    long AccessibleRole() override { return ROLE_SYSTEM_PUSHBUTTON; }
+    long AccessibleState() override;
+    std::wstring DefaultAction() override { return L"Press"; }
+    void DoDefaultAction() override;
 
 private:
     // A picture box constituent: its picture, enabled state and pointer.
@@ -132,12 +142,8 @@ private:
     HRESULT set_mouse_icon(IPictureDisp *value);
     bool focused() const;
 
-    // AccessibleOwner
-    std::wstring accessible_name() override;
-    long accessible_role() override;
-    long accessible_state() override;
-    std::wstring accessible_default_action() override;
-    void accessible_do_default() override;
+    // The container's "display as default" ambient, read when it may have changed.
+    void read_display_default();
 
     // Properties.
     OleColor back_ = 0;
@@ -168,8 +174,7 @@ private:
     bool tip_shown_ = false; // the tip came up during this hover: not again until the pointer leaves
     bool in_posn_ = false;
     int32_t last_key_ = 0, last_button_ = 0;
-
-    AccessibleLink accessible_;
+    bool display_default_ = false; // the form's default button: drawn with the default frame
 };
 
 } // namespace tarn

@@ -212,6 +212,15 @@ void cbtn::compose(HDC dc)
     else if (face_ >= face::Normal && face_ <= face::Pressed) step([&] { draw_face(dc, face_); });
     if (enabled_ && focus_rect_ && focused() && type_ >= btype::First && type_ <= btype::Last)
         step([&] { draw_focus(dc); });
+    // 3. The form's default button (the container's "display as default"): the face framed
+    // once more in the window-frame colour, as every default button of the system is.
+    if (enabled_ && display_default_) {
+        step([&] {
+            unique_brush b(CreateSolidBrush(sys(COLOR_WINDOWFRAME)));
+            RECT r{0, 0, W, H};
+            if (b) FrameRect(dc, &r, b.get());
+        });
+    }
 }
 
 namespace {

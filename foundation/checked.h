@@ -13,6 +13,15 @@ struct Overflow : std::runtime_error {
     Overflow() : std::runtime_error("overflow") {}
 };
 
+template <class T> constexpr bool fits(long long v)
+{
+    return v >= std::numeric_limits<T>::min() && v <= std::numeric_limits<T>::max();
+}
+// Whether an enumeration's 32 bits fit 16: what a property published as an enumeration but
+// kept in 16 bits takes. Read as signed whatever the compiler's underlying type (an enum with
+// no negative member is unsigned to GCC).
+template <class E> constexpr bool fits16(E v) { return fits<int16_t>(static_cast<int32_t>(v)); }
+
 template <class T> constexpr T checked(long long v)
 {
     if (v < std::numeric_limits<T>::min() || v > std::numeric_limits<T>::max()) throw Overflow();

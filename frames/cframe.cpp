@@ -1,3 +1,4 @@
+#include "foundation/checked.h"
 #include "frames/cframe.h"
 
 #include "foundation/font_object.h"
@@ -15,6 +16,7 @@ const ControlClass cframe::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST | OLEMISC_NOUIACTIVATE,
     &cframe::Create,
+    true, // draws itself, touches no file and no other window
 };
 
 namespace {
@@ -159,11 +161,15 @@ HRESULT cframe::put_color(Line &line, OLE_COLOR value, const wchar_t *key, bool 
     });
 }
 
-STDMETHODIMP cframe::get_Alignment(short *v) { return get_value(v, [&] { return lblDESC.Alignment; }); }
-STDMETHODIMP cframe::put_Alignment(short v)
+STDMETHODIMP cframe::get_Alignment(Alignments *v)
 {
+    return get_value(v, [&] { return static_cast<Alignments>(lblDESC.Alignment); });
+}
+STDMETHODIMP cframe::put_Alignment(Alignments v)
+{
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
     return put_value(L"ALIGNMENT", [&] {
-        lblDESC.Alignment = v;
+        lblDESC.Alignment = static_cast<int16_t>(static_cast<int32_t>(v));
         Invalidate();
     });
 }
@@ -221,5 +227,14 @@ STDMETHODIMP cframe::get_TopHighlightColor(OLE_COLOR *v) { return get_value(v, [
 STDMETHODIMP cframe::put_TopHighlightColor(OLE_COLOR v) { return put_color(lneTOPHIGHLIGHT, v, L"TOPHIGHLIGHTCOLOR", false); }
 STDMETHODIMP cframe::get_TopLightShadowColor(OLE_COLOR *v) { return get_value(v, [&] { return lneTOPLIGHTSHADOW.BorderColor; }); }
 STDMETHODIMP cframe::put_TopLightShadowColor(OLE_COLOR v) { return put_color(lneTOPLIGHTSHADOW, v, L"TOPLIGHTSHADOWCOLOR", false); }
+
+std::wstring cframe::Caption()
+{
+    // A caption drawn without mnemonics reads its ampersands as they are.
+    if (lblDESC.UseMnemonic) return lblDESC.Caption;
+    std::wstring doubled;
+    for (wchar_t c : lblDESC.Caption) doubled += c == L'&' ? L"&&" : std::wstring(1, c);
+    return doubled;
+}
 
 } // namespace tarn

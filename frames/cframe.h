@@ -14,8 +14,8 @@ public:
     cframe();
 
     // Icframe
-    STDMETHODIMP get_Alignment(short *value) override;
-    STDMETHODIMP put_Alignment(short value) override;
+    STDMETHODIMP get_Alignment(Alignments *value) override;
+    STDMETHODIMP put_Alignment(Alignments value) override;
     STDMETHODIMP get_BACKCOLOR(OLE_COLOR *value) override;
     STDMETHODIMP put_BACKCOLOR(OLE_COLOR value) override;
     STDMETHODIMP get_BottomDarkShadowColor(OLE_COLOR *value) override;
@@ -24,6 +24,8 @@ public:
     STDMETHODIMP put_BottomShadowColor(OLE_COLOR value) override;
     STDMETHODIMP get_CAPTION(BSTR *value) override;
     STDMETHODIMP put_CAPTION(BSTR value) override;
+    STDMETHODIMP get__Default(BSTR *value) override { return get_CAPTION(value); }
+    STDMETHODIMP put__Default(BSTR value) override { return put_CAPTION(value); }
     STDMETHODIMP get_Font(IFontDisp **value) override;
     STDMETHODIMP put_Font(IFontDisp *value) override;
     STDMETHODIMP putref_Font(IFontDisp *value) override;
@@ -54,6 +56,8 @@ protected:
     void MouseUp(int16_t button, int16_t shift, float x, float y) override;
     // A frame decorates a form: it never takes the focus.
     bool CanGetFocus() const override { return false; }
+    std::wstring Caption() override;
+    long AccessibleRole() override { return ROLE_SYSTEM_GROUPING; }
 
 private:
     HRESULT put_color(Line &line, OLE_COLOR value, const wchar_t *key, bool visibility_rule);

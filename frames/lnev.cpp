@@ -16,6 +16,7 @@ const ControlClass lnev::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST | OLEMISC_NOUIACTIVATE,
     &lnev::Create,
+    true, // draws itself, touches no file and no other window
 };
 
 namespace {

@@ -29,6 +29,7 @@ protected:
     void Resize() override;
     // A divider decorates a form: it never takes the focus.
     bool CanGetFocus() const override { return false; }
+    long AccessibleRole() override { return ROLE_SYSTEM_SEPARATOR; }
 
 private:
     // Not shown: it keeps the colours ColBACK and BACKCOLOR give it.

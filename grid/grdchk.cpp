@@ -1,3 +1,4 @@
+#include "foundation/checked.h"
 #include "grid/grdchk.h"
 
 #include <stdexcept>
@@ -15,6 +16,7 @@ const ControlClass grdchk::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST,
     &grdchk::Create,
+    true, // one check box of its own: no file, no other window
 };
 
 namespace {
@@ -70,10 +72,11 @@ void grdchk::ReadProperties(PropertyBag &bag)
 
 void grdchk::WriteProperties(PropertyBag &bag)
 {
-    step([&] { bag.write_bool(L"ENABLED", chkBOX.Enabled(), true); });
-    step([&] { bag.write_int(L"VALUE", chkBOX.Value(), 0); });
-    step([&] { bag.write_int(L"Value", chkBOX.Value(), 0); });
-    step([&] { bag.write_color(L"BackColor", chkBOX.BackColor(), syscolor::ButtonFace); });
+    // Every key is stored, defaults included: a grid reading a saved cell finds all four.
+    step([&] { bag.write_bool(L"ENABLED", chkBOX.Enabled()); });
+    step([&] { bag.write_int(L"VALUE", chkBOX.Value()); });
+    step([&] { bag.write_int(L"Value", chkBOX.Value()); });
+    step([&] { bag.write_color(L"BackColor", chkBOX.BackColor()); });
 }
 
 // ---------------------------------------------------------------- layout
@@ -105,10 +108,20 @@ STDMETHODIMP grdchk::put_Enabled(VARIANT_BOOL v)
     return put_value(L"ENABLED", [&] { chkBOX.SetEnabled(v != VARIANT_FALSE); });
 }
 
-STDMETHODIMP grdchk::get_Value(short *v) { return get_value(v, [&] { return chkBOX.Value(); }); }
-STDMETHODIMP grdchk::put_Value(short v)
+STDMETHODIMP grdchk::get_Value(CheckValues *v) { return get_value(v, [&] { return static_cast<CheckValues>(chkBOX.Value()); }); }
+STDMETHODIMP grdchk::put_Value(CheckValues v)
 {
-    return put_value(L"Value", [&] { chkBOX.SetValue(v); });
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    return put_value(L"Value", [&] { chkBOX.SetValue(static_cast<int16_t>(static_cast<int32_t>(v))); });
+}
+
+long grdchk::AccessibleState()
+{
+    long s = UserControl::AccessibleState();
+    int16_t v = read_step<int16_t>([&] { return chkBOX.Value(); });
+    if (v == 1) s |= STATE_SYSTEM_CHECKED;
+    else if (v == 2) s |= STATE_SYSTEM_MIXED;
+    return s;
 }
 
 } // namespace tarn

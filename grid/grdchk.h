@@ -24,8 +24,10 @@ public:
     STDMETHODIMP put_BACKCOLOR(OLE_COLOR value) override;
     STDMETHODIMP get_Enabled(VARIANT_BOOL *value) override;
     STDMETHODIMP put_Enabled(VARIANT_BOOL value) override;
-    STDMETHODIMP get_Value(short *value) override;
-    STDMETHODIMP put_Value(short value) override;
+    STDMETHODIMP get_Value(CheckValues *value) override;
+    STDMETHODIMP put_Value(CheckValues value) override;
+    STDMETHODIMP get__Default(CheckValues *value) override { return get_Value(value); }
+    STDMETHODIMP put__Default(CheckValues value) override { return put_Value(value); }
 
 protected:
     void Initialize() override;
@@ -33,6 +35,8 @@ protected:
     void ReadProperties(PropertyBag &bag) override;
     void WriteProperties(PropertyBag &bag) override;
     void Resize() override;
+    long AccessibleRole() override { return ROLE_SYSTEM_CHECKBUTTON; }
+    long AccessibleState() override;
 
 private:
     void apply_back_color(OleColor color);

@@ -94,33 +94,29 @@ GridView grid::compute_view() const
     return ComputeGridView(model_.Cells(), in);
 }
 
-void grid::Resize() { update_scroll_bars(); }
+// The host sized the window: the bars follow at once (only where they changed).
+void grid::Resize() { sync_scroll_bars(); }
 
-void grid::update_scroll_bars()
+void grid::sync_scroll_bars()
 {
     HWND w = hWnd();
     if (!w) return;
     const CellEngine &cells = model_.Cells();
-    GridView v = compute_view();
-    SCROLLINFO si{};
-    si.cbSize = sizeof si;
-    si.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
-    si.nMin = 0;
-    si.nMax = std::max(0, cells.Rows() - 1);
-    si.nPage = static_cast<UINT>(v.page_rows);
-    si.nPos = cells.TopRow();
-    SetScrollInfo(w, SB_VERT, &si, TRUE);
-    si.nMax = std::max(0, cells.Cols() - 1);
-    si.nPage = static_cast<UINT>(v.page_cols);
-    si.nPos = cells.LeftCol();
-    SetScrollInfo(w, SB_HORZ, &si, TRUE);
+    const GridView v = compute_view();
+    sync_.SetScrollBars(w, {std::max(0, cells.Rows() - 1), v.page_rows, cells.TopRow()},
+                        {std::max(0, cells.Cols() - 1), v.page_cols, cells.LeftCol()});
 }
 
 void grid::changed()
 {
     if (!model_.Cells().Redraw()) return;
-    step([&] { update_scroll_bars(); });
-    Invalidate();
+    relayout();
+}
+
+void grid::relayout()
+{
+    if (HWND w = hWnd()) sync_.Mark(w);
+    else Invalidate(); // no window: the container draws us again
 }
 
 template <class F> HRESULT grid::run(F &&f)
@@ -138,6 +134,8 @@ void grid::scroll_to(int32_t top_row, int32_t left_col)
     step([&] { cells.SetTopRow(std::clamp(top_row, 0, std::max(0, cells.Rows() - v.page_rows))); });
     step([&] { cells.SetLeftCol(std::clamp(left_col, 0, std::max(0, cells.Cols() - v.page_cols))); });
     changed();
+    // The user scrolled: the bars answer at once.
+    step([&] { sync_scroll_bars(); });
 }
 
 void grid::ensure_visible(int32_t row, int32_t col)
@@ -335,6 +333,12 @@ void grid::KeyUp(int16_t &key_code, int16_t shift) { raise(ev::KeyUp, EventArgs(
 LRESULT grid::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
 {
     handled = false;
+    if (sync_.Arrived(msg)) {
+        // WM_PAINT (then painted as usual) or the message the first change of a batch posted.
+        step([&] { sync_scroll_bars(); });
+        if (msg == WindowSync::kSyncMessage) handled = true;
+        return 0;
+    }
     const CellEngine &cells = model_.Cells();
     switch (msg) {
     case WM_VSCROLL:
@@ -387,7 +391,7 @@ STDMETHODIMP grid::put_AllowGridEdit(VARIANT_BOOL v)
     // Never saved or restored: a host decides it at run time.
     return put_value(L"AllowGridEdit", [&] {
         allow_edit_ = v != VARIANT_FALSE;
-        Resize();
+        relayout();
     });
 }
 
@@ -413,8 +417,11 @@ STDMETHODIMP grid::put_BarSummary(VARIANT_BOOL v)
         changed();
     });
 }
-STDMETHODIMP grid::get_BorderStyle(long *v) { return get_value(v, [&] { return static_cast<long>(border_style_); }); }
-STDMETHODIMP grid::put_BorderStyle(long v)
+STDMETHODIMP grid::get_BorderStyle(BorderStyles *v)
+{
+    return get_value(v, [&] { return static_cast<BorderStyles>(border_style_); });
+}
+STDMETHODIMP grid::put_BorderStyle(BorderStyles v)
 {
     return put_value(L"BorderStyle", [&] {
         border_style_ = v;
@@ -432,7 +439,7 @@ STDMETHODIMP grid::putref_Font(IFontDisp *v)
         apply_font();
     });
 }
-STDMETHODIMP grid::get_hwnd(LONG_PTR *v) { return get_value(v, [&] { return reinterpret_cast<LONG_PTR>(hWnd()); }); }
+STDMETHODIMP grid::get_hwnd(OLE_HANDLE *v) { return get_value(v, [&] { return to_ole_handle(hWnd()); }); }
 STDMETHODIMP grid::get_blnGRIDORDER(VARIANT_BOOL *v)
 {
     return get_value(v, [&] { return model_.blnGRIDORDER ? VARIANT_TRUE : VARIANT_FALSE; });

@@ -6,6 +6,7 @@
 #include "grid/grid_model.h"
 #include "grid/grid_painter.h"
 #include "grid/grid_view.h"
+#include "grid/window_sync.h"
 #include "runtime/control_impl.h"
 #include "tarnctls_h.h"
 
@@ -22,12 +23,12 @@ public:
     STDMETHODIMP put_BarHeader(VARIANT_BOOL value) override;
     STDMETHODIMP get_BarSummary(VARIANT_BOOL *value) override;
     STDMETHODIMP put_BarSummary(VARIANT_BOOL value) override;
-    STDMETHODIMP get_BorderStyle(long *value) override;
-    STDMETHODIMP put_BorderStyle(long value) override;
+    STDMETHODIMP get_BorderStyle(BorderStyles *value) override;
+    STDMETHODIMP put_BorderStyle(BorderStyles value) override;
     STDMETHODIMP get_Font(IFontDisp **value) override;
     STDMETHODIMP put_Font(IFontDisp *value) override;
     STDMETHODIMP putref_Font(IFontDisp *value) override;
-    STDMETHODIMP get_hwnd(LONG_PTR *value) override;
+    STDMETHODIMP get_hwnd(OLE_HANDLE *value) override;
     STDMETHODIMP get_blnGRIDORDER(VARIANT_BOOL *value) override;
     STDMETHODIMP put_blnGRIDORDER(VARIANT_BOOL value) override;
     STDMETHODIMP get_lngPREVIOUSCOLNO(long *value) override;
@@ -125,6 +126,7 @@ protected:
     void LostFocus() override { Invalidate(); }
     LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
     DWORD WindowStyle() const override { return WS_HSCROLL | WS_VSCROLL; }
+    long AccessibleRole() override { return ROLE_SYSTEM_TABLE; }
     UINT DialogCode() const override { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
 
 private:
@@ -137,14 +139,18 @@ private:
         void BoxHide() override { owner.box_hide(); }
         void SetMousePointer(int16_t pointer) override;
         void FontUpdate() override { owner.apply_font(); }
-        void Relayout() override { owner.Resize(); }
+        void Relayout() override { owner.relayout(); }
         grid &owner;
     };
 
     GridView compute_view() const;
-    // After every operation: scroll bars and picture follow the model (while Redraw is on).
+    // After every operation: the picture and the scroll bars are marked out of date (while
+    // Redraw is on) and follow when the window next paints or its message arrives.
     void changed();
-    void update_scroll_bars();
+    // The layout changed whatever Redraw says (GridRefresh, AllowGridEdit).
+    void relayout();
+    // Sets the scroll bars to the model's counts, page and position where they differ.
+    void sync_scroll_bars();
     void scroll_to(int32_t top_row, int32_t left_col);
     void ensure_visible(int32_t row, int32_t col);
     void box_show();
@@ -160,6 +166,7 @@ private:
 
     ModelHost host_;
     GridModel model_;
+    WindowSync sync_;
     GridPainter painter_;
     GridColours colours_;
     ComPtr<IFontDisp> font_;

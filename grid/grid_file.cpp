@@ -98,6 +98,8 @@ std::wstring LoadGridFileBytes(std::string_view bytes, CellEngine &cells, const 
     const int32_t cols = cells.Cols();
     if (cols == 0) return header;
 
+    // Every loaded cell gets alignment 1, check-box cells their font too: one row style that
+    // all the rows share, not a format per cell.
     CellFormat loaded;
     loaded.set = CellFormat::kAlign;
     loaded.alignment = kAlignLeftCenter;
@@ -105,38 +107,37 @@ std::wstring LoadGridFileBytes(std::string_view bytes, CellEngine &cells, const 
     check.set |= CellFormat::kFont | CellFormat::kSize;
     check.font = cells.FontIndex(L"webdings");
     check.size = 12;
+    // Every field takes a byte at least, so no row reaches past the data's size in cells.
+    const size_t reach = std::min(static_cast<size_t>(cols), bytes.size());
+    std::vector<CellFormat> formats(reach, loaded);
+    std::vector<bool> checks(reach, false);
+    for (size_t col = 0; col < reach; ++col)
+        if (types.Get(static_cast<int32_t>(col)) == kColCheck) {
+            formats[col] = check;
+            checks[col] = true;
+        }
+    const uint32_t style = cells.MakeRowStyle(formats);
 
     // Each row is put together on its own and handed to the grid whole.
     std::wstring chars;
     std::vector<uint32_t> ends;
-    std::vector<CellFormat> formats;
-    size_t row_chars = 0;
-    const size_t row_cells = static_cast<size_t>(std::min(cols, 256));
+    ends.reserve(static_cast<size_t>(std::min(cols, 4096)));
     try {
         while (!reader.AtEnd() && cells.Rows() < CellEngine::kMaxRows) {
             chars.clear();
-            chars.reserve(row_chars);
             ends.clear();
-            ends.reserve(row_cells);
-            formats.clear();
-            formats.reserve(row_cells);
-            for (int32_t col = 0; col < cols && !reader.AtEnd(); ++col) {
-                CellFormat format = loaded;
-                if (types.Get(col) == kColCheck) {
+            for (size_t col = 0; col < reach && !reader.AtEnd(); ++col) {
+                if (checks[col]) {
                     reader.Next(field);
                     chars += L' ';
                     chars += Trim(field);
-                    format = check;
                 } else {
                     reader.AppendNext(chars);
                 }
                 if (chars.size() > UINT32_MAX) throw std::length_error("row text");
                 ends.push_back(static_cast<uint32_t>(chars.size()));
-                format.col = col;
-                formats.push_back(format);
             }
-            row_chars = chars.size();
-            cells.InsertRow(cells.Rows(), std::move(chars), std::move(ends), std::move(formats));
+            cells.InsertRow(cells.Rows(), chars, ends, style);
         }
     } catch (...) {
         // Out of memory part way: what was read stays, and the header is still the header.
@@ -171,9 +172,11 @@ void WriteGridFile(std::ostream &out, const CellEngine &cells, const std::wstrin
     AppendUtf8(buf, std::to_wstring(cells.Cols()) + L"|" + header);
     buf += "\r\n";
     const int32_t rows = cells.Rows(), cols = cells.Cols();
+    std::wstring text;
     for (int32_t r = 0; r < rows; ++r) {
         for (int32_t c = 0; c < cols; ++c) {
-            AppendUtf8(buf, cells.TextAt(r, c));
+            cells.TextRef(r, c).AssignTo(text);
+            AppendUtf8(buf, text);
             buf += "\r\n";
             if (buf.size() >= kPiece) flush();
         }

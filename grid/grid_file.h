@@ -7,7 +7,7 @@
 // it is valid UTF-8 (a leading byte order mark is skipped), otherwise as Windows-1252, the
 // code page the files of older versions were written in.
 #pragma once
-#include "grid/cell_engine.h"
+#include "grid/engine/cell_engine.h"
 #include "grid/column_types.h"
 
 #include <filesystem>

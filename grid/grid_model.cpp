@@ -28,7 +28,7 @@ bool equals_no_case(const std::wstring &text, const wchar_t *word)
 
 GridModel::GridModel(GridModelHost *host) : host_(host), cells_(1, 1), summary_(cells_)
 {
-    cells_.SetObserver(&summary_);
+    cells_.SetObserver(&summary_.Totals());
 }
 
 bool GridModel::valid_cell(int32_t row, int32_t col) const
@@ -258,8 +258,9 @@ std::wstring GridModel::GridLoad(const std::filesystem::path &Path)
     std::wstring header;
     box_hide();
     cells_.SetRedraw(false);
-    step([&] { cells_.Clear(); });
-    step([&] { cells_.SetRows(0); });
+    // Cleared and emptied of rows: with the rows gone, clearing their texts first would only
+    // cost time (it is done when the rows cannot go).
+    if (!step([&] { cells_.SetRows(0); })) step([&] { cells_.Clear(); });
     if (host_) step([&] { host_->SetMousePointer(11); });
 
     const std::string bytes = read_step<std::string>([&] { return ReadFileBytes(Path); });

@@ -8,7 +8,7 @@
 // outside the grid changes nothing (the current cell included); the host calls it makes
 // (BoxHide, Change) still happen where the operation always makes them.
 #pragma once
-#include "grid/cell_engine.h"
+#include "grid/engine/cell_engine.h"
 #include "grid/column_types.h"
 #include "grid/summary_bar.h"
 
@@ -191,6 +191,8 @@ public:
     void BarSummaryColCalc(int32_t ColNo);
     // A summary cell for painting (its total computed if pending).
     SummaryCell BarSummaryCell(int32_t ColNo) { return summary_.Cell(ColNo); }
+    // How many cell values the totals have added up so far (what they cost).
+    uint64_t TotalsWork() const { return summary_.Totals().ValuesAdded(); }
 
     // ---- the whole grid
     // Clears every text; counts, sizes and formatting stay.

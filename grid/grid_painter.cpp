@@ -144,6 +144,7 @@ void GridPainter::paint_cells(HDC dc, const CellEngine &cells, const GridView &v
     SetBkMode(dc, TRANSPARENT);
     const Rgb line = rgb(colours.lines, 0xC0C0C0);
     int y = view.row_y(cells, view.first_row);
+    std::wstring stored;
     for (int32_t r = view.first_row; r <= view.last_row; ++r) {
         const int y1 = view.row_y(cells, r + 1);
         int x = view.col_x(cells, view.first_col);
@@ -153,7 +154,8 @@ void GridPainter::paint_cells(HDC dc, const CellEngine &cells, const GridView &v
                 const CellEngine::CellStyle style = cells.StyleAt(r, c);
                 RECT cell{x, y, x1 - 1, y1 - 1}; // the last column and row of pixels are grid lines
                 fill(dc, cell, rgb(style.back, 0xFFFFFF));
-                std::wstring_view text = cells.TextAt(r, c);
+                cells.TextRef(r, c).AssignTo(stored);
+                std::wstring_view text = stored;
                 if (!text.empty()) {
                     select_guard font(dc, cell_font(style, dpi));
                     SetTextColor(dc, rgb(style.fore));

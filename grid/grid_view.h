@@ -5,7 +5,7 @@
 #pragma once
 #include <cstdint>
 
-#include "grid/cell_engine.h"
+#include "grid/engine/cell_engine.h"
 
 namespace tarn {
 

@@ -178,7 +178,7 @@ STDMETHODIMP Site::OnFocus(BOOL got)
 STDMETHODIMP Site::ShowPropertyFrame()
 {
     log_.hit(L"IOleControlSite::ShowPropertyFrame");
-    return E_NOTIMPL;
+    return property_frame_answer;
 }
 
 // ---------------------------------------------------------------- ambient properties
@@ -224,6 +224,10 @@ STDMETHODIMP Site::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS *, VAR
         V_VT(result) = VT_BSTR;
         V_BSTR(result) = to_bstr(ambient_.display_name);
         return S_OK;
+    case DISPID_AMBIENT_DISPLAYASDEFAULT:
+        V_VT(result) = VT_BOOL;
+        V_BOOL(result) = ambient_.display_as_default ? VARIANT_TRUE : VARIANT_FALSE;
+        return S_OK;
     case DISPID_AMBIENT_MESSAGEREFLECT:
     case DISPID_AMBIENT_UIDEAD:
         V_VT(result) = VT_BOOL;
@@ -241,7 +245,11 @@ STDMETHODIMP Site::OnChanged(DISPID id)
     log_.changed_ids.push_back(id);
     return S_OK;
 }
-STDMETHODIMP Site::OnRequestEdit(DISPID) { return S_OK; }
+STDMETHODIMP Site::OnRequestEdit(DISPID id)
+{
+    edit_requests.push_back(id);
+    return request_edit_answer;
+}
 STDMETHODIMP Site::OnChangedKey(LPCOLESTR key)
 {
     log_.changes.push_back(key ? key : L"");

@@ -6,6 +6,7 @@
 #include <olectl.h>
 
 #include <string>
+#include <vector>
 
 #include "foundation/colors.h"
 #include "host/call_log.h"
@@ -22,6 +23,7 @@ struct AmbientSettings {
     OleColor back_color = syscolor::ButtonFace;
     OleColor fore_color = syscolor::ButtonText;
     std::wstring display_name = L"Control1";
+    bool display_as_default = false; // the form's default button
 };
 
 class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch, IPropertyNotifySink,
@@ -91,6 +93,11 @@ public:
 
     int view_changes = 0;
     int ambient_reads = 0;
+    // What OnRequestEdit answers (S_FALSE refuses the change), and the DISPIDs it was asked for.
+    HRESULT request_edit_answer = S_OK;
+    std::vector<DISPID> edit_requests;
+    // What ShowPropertyFrame answers (S_OK: the container showed its own frame).
+    HRESULT property_frame_answer = E_NOTIMPL;
 
 private:
     HWND window_;

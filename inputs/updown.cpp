@@ -19,6 +19,7 @@ const ControlClass updown::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
         OLEMISC_SETCLIENTSITEFIRST,
     &updown::Create,
+    true, // its own text box and arrows only: no file, no other window
 };
 
 namespace {
@@ -253,10 +254,14 @@ HRESULT updown::set_font(IFontDisp *font)
 
 // ---------------------------------------------------------------- properties
 
-STDMETHODIMP updown::get_Alignment(short *v) { return get_value(v, [&] { return txtUPDOWN.Alignment(); }); }
-STDMETHODIMP updown::put_Alignment(short v)
+STDMETHODIMP updown::get_Alignment(Alignments *v)
 {
-    return put_value(L"Alignment", [&] { txtUPDOWN.SetAlignment(v); });
+    return get_value(v, [&] { return static_cast<Alignments>(txtUPDOWN.Alignment()); });
+}
+STDMETHODIMP updown::put_Alignment(Alignments v)
+{
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    return put_value(L"Alignment", [&] { txtUPDOWN.SetAlignment(static_cast<int16_t>(static_cast<int32_t>(v))); });
 }
 
 STDMETHODIMP updown::get_AllowArrowKeys(VARIANT_BOOL *v) { return get_value(v, [&] { return vb(udnCTRL.ArrowKeys()); }); }
@@ -277,20 +282,28 @@ STDMETHODIMP updown::put_BACKCOLOR(OLE_COLOR v)
     return put_value(L"BackColor", [&] { apply_back_color(v); });
 }
 
-STDMETHODIMP updown::get_BorderStyle(short *v) { return get_value(v, [&] { return txtBORDER.BorderStyle(); }); }
-STDMETHODIMP updown::put_BorderStyle(short v)
+STDMETHODIMP updown::get_BorderStyle(BorderStyles *v)
 {
+    return get_value(v, [&] { return static_cast<BorderStyles>(txtBORDER.BorderStyle()); });
+}
+STDMETHODIMP updown::put_BorderStyle(BorderStyles v)
+{
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
     // How the border shows depends on the layout's branch: it runs again.
     return put_value(L"BorderStyle", [&] {
-        step([&] { txtBORDER.SetBorderStyle(v); });
+        step([&] { txtBORDER.SetBorderStyle(static_cast<int16_t>(static_cast<int32_t>(v))); });
         layout();
     });
 }
 
-STDMETHODIMP updown::get_BuddyAlignment(short *v) { return get_value(v, [&] { return udnCTRL.BuddyAlignment(); }); }
-STDMETHODIMP updown::put_BuddyAlignment(short v)
+STDMETHODIMP updown::get_BuddyAlignment(BuddyAlignments *v)
 {
-    return put_value(L"BuddyAlignment", [&] { udnCTRL.SetBuddyAlignment(v); });
+    return get_value(v, [&] { return static_cast<BuddyAlignments>(udnCTRL.BuddyAlignment()); });
+}
+STDMETHODIMP updown::put_BuddyAlignment(BuddyAlignments v)
+{
+    if (!fits16(v)) return S_OK; // kept in 16 bits: a wider value is skipped
+    return put_value(L"BuddyAlignment", [&] { udnCTRL.SetBuddyAlignment(static_cast<int16_t>(static_cast<int32_t>(v))); });
 }
 
 STDMETHODIMP updown::get_Enabled(VARIANT_BOOL *v) { return get_value(v, [&] { return vb(udnCTRL.Enabled()); }); }
@@ -383,9 +396,11 @@ STDMETHODIMP updown::KeyLock(short key_ascii, VARIANT_BOOL extra_check, BSTR ext
     return get_value(result, [&] { return tarn::KeyLock(key_ascii, extra_check != VARIANT_FALSE, from_bstr(extra_text)); });
 }
 
-STDMETHODIMP updown::ShiftColor(long color, long value, VARIANT_BOOL is_xp, long *result)
+STDMETHODIMP updown::ShiftColor(OLE_COLOR color, long value, VARIANT_BOOL is_xp, OLE_COLOR *result)
 {
-    return get_value(result, [&] { return static_cast<long>(tarn::ShiftColor(color, value, is_xp != VARIANT_FALSE)); });
+    return get_value(result, [&] {
+        return static_cast<OLE_COLOR>(tarn::ShiftColor(static_cast<int32_t>(color), value, is_xp != VARIANT_FALSE));
+    });
 }
 
 } // namespace tarn

@@ -26,18 +26,18 @@ public:
     updown();
 
     // Iupdown
-    STDMETHODIMP get_Alignment(short *value) override;
-    STDMETHODIMP put_Alignment(short value) override;
+    STDMETHODIMP get_Alignment(Alignments *value) override;
+    STDMETHODIMP put_Alignment(Alignments value) override;
     STDMETHODIMP get_AllowArrowKeys(VARIANT_BOOL *value) override;
     STDMETHODIMP put_AllowArrowKeys(VARIANT_BOOL value) override;
     STDMETHODIMP get_AllowDecPoint(VARIANT_BOOL *value) override;
     STDMETHODIMP put_AllowDecPoint(VARIANT_BOOL value) override;
     STDMETHODIMP get_BACKCOLOR(OLE_COLOR *value) override;
     STDMETHODIMP put_BACKCOLOR(OLE_COLOR value) override;
-    STDMETHODIMP get_BorderStyle(short *value) override;
-    STDMETHODIMP put_BorderStyle(short value) override;
-    STDMETHODIMP get_BuddyAlignment(short *value) override;
-    STDMETHODIMP put_BuddyAlignment(short value) override;
+    STDMETHODIMP get_BorderStyle(BorderStyles *value) override;
+    STDMETHODIMP put_BorderStyle(BorderStyles value) override;
+    STDMETHODIMP get_BuddyAlignment(BuddyAlignments *value) override;
+    STDMETHODIMP put_BuddyAlignment(BuddyAlignments value) override;
     STDMETHODIMP get_Enabled(VARIANT_BOOL *value) override;
     STDMETHODIMP put_Enabled(VARIANT_BOOL value) override;
     STDMETHODIMP get_Font(IFontDisp **value) override;
@@ -57,13 +57,15 @@ public:
     STDMETHODIMP put_SyncBuddy(VARIANT_BOOL value) override;
     STDMETHODIMP get_Text(BSTR *value) override;
     STDMETHODIMP put_Text(BSTR value) override;
+    STDMETHODIMP get__Default(BSTR *value) override { return get_Text(value); }
+    STDMETHODIMP put__Default(BSTR value) override { return put_Text(value); }
     STDMETHODIMP get_ThousandsSeparator(VARIANT_BOOL *value) override;
     STDMETHODIMP put_ThousandsSeparator(VARIANT_BOOL value) override;
     STDMETHODIMP Refresh() override;
     STDMETHODIMP RefreshFont() override;
     STDMETHODIMP DecimalPointCheck(BSTR number, short *result) override;
     STDMETHODIMP KeyLock(short key_ascii, VARIANT_BOOL extra_check, BSTR extra_text, unsigned char *result) override;
-    STDMETHODIMP ShiftColor(long color, long value, VARIANT_BOOL is_xp, long *result) override;
+    STDMETHODIMP ShiftColor(OLE_COLOR color, long value, VARIANT_BOOL is_xp, OLE_COLOR *result) override;
 
 protected:
     void Initialize() override;
@@ -73,6 +75,8 @@ protected:
     void Resize() override;
     void Show() override;
     void AmbientChanged(DISPID id) override;
+    long AccessibleRole() override { return ROLE_SYSTEM_SPINBUTTON; }
+    std::wstring AccessibleValue() override { return txtUPDOWN.Text(); }
     // The focus leaving the whole control: the range is enforced with one decimal, whatever
     // AllowDecPoint says.
     void LostFocus() override;

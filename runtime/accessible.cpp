@@ -46,7 +46,18 @@ public:
     // IAccessible: what the control says of itself.
     STDMETHODIMP get_accName(VARIANT child, BSTR *out) override
     {
-        return own_string(child, out, [&] { return owner_->accessible_name(); });
+        return own_or_standard(child, out, [&] { return owner_->accessible_name(); },
+                               [&](IAccessible *s) { return s->get_accName(child, out); });
+    }
+    STDMETHODIMP get_accKeyboardShortcut(VARIANT child, BSTR *out) override
+    {
+        return own_or_standard(child, out, [&] { return owner_->accessible_shortcut(); },
+                               [&](IAccessible *s) { return s->get_accKeyboardShortcut(child, out); });
+    }
+    STDMETHODIMP get_accDescription(VARIANT child, BSTR *out) override
+    {
+        return own_or_standard(child, out, [&] { return owner_->accessible_description(); },
+                               [&](IAccessible *s) { return s->get_accDescription(child, out); });
     }
     STDMETHODIMP get_accRole(VARIANT child, VARIANT *out) override
     {
@@ -71,8 +82,7 @@ public:
     }
     STDMETHODIMP get_accValue(VARIANT child, BSTR *out) override
     {
-        if (out) *out = nullptr;
-        return is_self(child) ? (owner_ ? S_FALSE : CO_E_OBJNOTCONNECTED) : E_INVALIDARG;
+        return own_string(child, out, [&] { return owner_->accessible_value(); });
     }
     STDMETHODIMP get_accChildCount(long *out) override
     {
@@ -88,15 +98,10 @@ public:
 
     // The rest: the standard object of the window.
     STDMETHODIMP get_accParent(IDispatch **out) override { return std_call(out, [&](IAccessible *s) { return s->get_accParent(out); }); }
-    STDMETHODIMP get_accDescription(VARIANT c, BSTR *out) override { return std_call(out, [&](IAccessible *s) { return s->get_accDescription(c, out); }); }
     STDMETHODIMP get_accHelp(VARIANT c, BSTR *out) override { return std_call(out, [&](IAccessible *s) { return s->get_accHelp(c, out); }); }
     STDMETHODIMP get_accHelpTopic(BSTR *file, VARIANT c, long *topic) override
     {
         return std_call(file, [&](IAccessible *s) { return s->get_accHelpTopic(file, c, topic); });
-    }
-    STDMETHODIMP get_accKeyboardShortcut(VARIANT c, BSTR *out) override
-    {
-        return std_call(out, [&](IAccessible *s) { return s->get_accKeyboardShortcut(c, out); });
     }
     STDMETHODIMP get_accFocus(VARIANT *out) override { return std_variant(out, [&](IAccessible *s) { return s->get_accFocus(out); }); }
     STDMETHODIMP get_accSelection(VARIANT *out) override { return std_variant(out, [&](IAccessible *s) { return s->get_accSelection(out); }); }
@@ -143,6 +148,13 @@ private:
             V_I4(out) = read();
             return S_OK;
         });
+    }
+    // The owner's text, or the standard object's when the owner has none.
+    template <class F, class G> HRESULT own_or_standard(const VARIANT &child, BSTR *out, F &&read, G &&standard)
+    {
+        HRESULT hr = own_string(child, out, read);
+        if (hr != S_FALSE) return hr;
+        return standard_ ? guarded([&] { return standard(standard_.get()); }) : S_FALSE;
     }
     template <class T, class F> HRESULT std_call(T **out, F &&call)
     {

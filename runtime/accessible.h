@@ -1,9 +1,9 @@
 // Accessibility for controls that draw themselves: an IAccessible object that answers a
-// control window's WM_GETOBJECT, giving screen readers the control's name, role, state and
-// default action. Everything else (location, navigation, hit testing) comes from the
-// system's standard object for the window.
-//
-//   LRESULT OnMessage(...) { if (msg == WM_GETOBJECT) return accessible_.answer(hWnd(), wp, lp, *this, handled); }
+// control window's WM_GETOBJECT, giving screen readers the control's name, keyboard shortcut,
+// description, role, state, value and default action. What the owner leaves empty, and
+// everything else (location, navigation, hit testing), comes from the system's standard
+// object for the window. UserControl is the owner for every control (user_control.h); a
+// control only overrides the few answers that differ.
 #pragma once
 #include <windows.h>
 #include <oleacc.h>
@@ -17,7 +17,11 @@ namespace tarn {
 class AccessibleOwner {
 public:
     virtual ~AccessibleOwner() = default;
+    // "" for a text: the standard object's answer.
     virtual std::wstring accessible_name() = 0;
+    virtual std::wstring accessible_shortcut() = 0; // "Alt+S"
+    virtual std::wstring accessible_description() = 0;
+    virtual std::wstring accessible_value() = 0; // "" : the control has no value
     virtual long accessible_role() = 0;   // ROLE_SYSTEM_*
     virtual long accessible_state() = 0;  // STATE_SYSTEM_* flags
     virtual std::wstring accessible_default_action() = 0;

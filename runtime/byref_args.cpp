@@ -1,28 +1,13 @@
 #include "runtime/byref_args.h"
 
 #include "runtime/com.h"
+#include "runtime/invoke_args.h"
 
 #include <vector>
 
 namespace tarn {
 
 namespace {
-
-// The member's description for this call (the property put or get, or the method).
-FUNCDESC *find_function(ITypeInfo *info, DISPID id, WORD flags)
-{
-    TYPEATTR *ta = nullptr;
-    if (FAILED(info->GetTypeAttr(&ta))) return nullptr;
-    WORD count = ta->cFuncs;
-    info->ReleaseTypeAttr(ta);
-    for (WORD i = 0; i < count; ++i) {
-        FUNCDESC *fd = nullptr;
-        if (FAILED(info->GetFuncDesc(i, &fd))) continue;
-        if (fd->memid == id && (fd->invkind & flags)) return fd;
-        info->ReleaseFuncDesc(fd);
-    }
-    return nullptr;
-}
 
 bool has_byref_variant(const DISPPARAMS *params)
 {
@@ -38,11 +23,9 @@ HRESULT InvokeBindingByRefVariants(ITypeInfo *info, void *object, DISPID id, WOR
 {
     HRESULT hr = info->Invoke(object, id, flags, params, result, excep, arg_err);
     if (hr != DISP_E_TYPEMISMATCH || !has_byref_variant(params) || params->cNamedArgs > 1) return hr;
-    FUNCDESC *fd = find_function(info, id, flags);
+    FUNCDESC *fd = FindFuncDesc(info, id, flags);
     if (!fd) return hr;
 
-    // Positional arguments come last to first; a property put's value is the named argument 0
-    // and stands for the member's last parameter.
     struct Bound {
         VARIANT *caller; // the script's variable
         Variant temp;    // a value of the declared type the member works on
@@ -53,8 +36,8 @@ HRESULT InvokeBindingByRefVariants(ITypeInfo *info, void *object, DISPID id, WOR
     for (UINT a = 0; a < params->cArgs && ok; ++a) {
         VARIANT &arg = args[a];
         if (V_VT(&arg) != (VT_VARIANT | VT_BYREF) || !V_VARIANTREF(&arg)) continue;
-        int param = a < params->cNamedArgs ? fd->cParams - 1 : static_cast<int>(params->cArgs - 1 - a);
-        if (param < 0 || param >= fd->cParams) continue;
+        int param = ParamOfArgument(*fd, *params, a);
+        if (param < 0) continue;
         const TYPEDESC &td = fd->lprgelemdescParam[param].tdesc;
         if (td.vt != VT_PTR || !td.lptdesc) continue; // a by-value parameter: the dispatcher copes
         VARTYPE target = td.lptdesc->vt;

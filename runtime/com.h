@@ -1,6 +1,7 @@
 // Small owners for COM values: ComPtr (one reference), Bstr (one BSTR), Variant (one VARIANT).
 #pragma once
 #include <ole2.h>
+#include <ocidl.h>
 #include <oleauto.h>
 
 #include <string>
@@ -99,6 +100,15 @@ private:
 // A BSTR holding `s` (with embedded zeros kept); null when out of memory.
 inline BSTR to_bstr(const std::wstring &s) { return SysAllocStringLen(s.data(), static_cast<UINT>(s.size())); }
 inline std::wstring from_bstr(BSTR b) { return b ? std::wstring(b, SysStringLen(b)) : std::wstring(); }
+
+// Window handles cross the type library as OLE_HANDLE, 32 bits in both builds: a window
+// handle is 32-bit significant on 64-bit Windows too. Going out it keeps its low 32 bits;
+// coming back it is sign-extended, as Windows extends handles (LongToHandle).
+inline OLE_HANDLE to_ole_handle(HWND h) { return static_cast<OLE_HANDLE>(reinterpret_cast<uintptr_t>(h)); }
+inline HWND from_ole_handle(OLE_HANDLE h)
+{
+    return reinterpret_cast<HWND>(static_cast<intptr_t>(static_cast<int32_t>(h)));
+}
 
 class Variant {
 public:

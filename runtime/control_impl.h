@@ -9,6 +9,7 @@
 #include <new>
 
 #include "runtime/byref_args.h"
+#include "runtime/invoke_args.h"
 #include "runtime/module.h"
 #include "runtime/user_control.h"
 
@@ -86,9 +87,17 @@ public:
         HRESULT hr = module::type_info(*Self::Class.iid, info.put());
         if (FAILED(hr)) return hr;
         DISPPARAMS none{};
+        if (!params) params = &none;
+        hr = CheckDispParams(info.get(), id, flags, *params, arg_err);
+        if (FAILED(hr)) return MapInvokeResult(hr, result);
         ComPtr<IUnknown> alive(identity()); // a handler may release the host's last reference
-        hr = InvokeBindingByRefVariants(info.get(), static_cast<Interface *>(this), id, flags, params ? params : &none,
-                                        result, excep, arg_err);
+        // A put's change notice and edit request name this DISPID when the key does not.
+        DISPID outer = invoked_put_;
+        invoked_put_ = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) ? id : DISPID_UNKNOWN;
+        DispatchObjectArgs objects(info.get(), id, flags, *params);
+        hr = InvokeBindingByRefVariants(info.get(), static_cast<Interface *>(this), id, flags, objects.params(), result,
+                                        excep, arg_err);
+        invoked_put_ = outer;
         return MapInvokeResult(hr, result);
     }
 

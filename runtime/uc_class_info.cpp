@@ -49,12 +49,45 @@ STDMETHODIMP UserControl::FindConnectionPoint(REFIID iid, IConnectionPoint **poi
     return S_OK;
 }
 
+// ---------------------------------------------------------------- IObjectSafety
+
+namespace {
+// Scripts may call the control's dispatch interfaces; a page or a script may initialise it
+// from any of its persistence forms.
+DWORD safety_supported(REFIID iid, const ControlClass &cls)
+{
+    if (iid == IID_IDispatch || iid == *cls.iid) return INTERFACESAFE_FOR_UNTRUSTED_CALLER;
+    if (iid == IID_IPersistPropertyBag || iid == IID_IPersistStreamInit || iid == IID_IPersistStorage ||
+        iid == IID_IPersistStream)
+        return INTERFACESAFE_FOR_UNTRUSTED_DATA;
+    return 0;
+}
+} // namespace
+
+STDMETHODIMP UserControl::GetInterfaceSafetyOptions(REFIID iid, DWORD *supported, DWORD *enabled)
+{
+    if (!supported || !enabled) return E_POINTER;
+    *supported = safety_supported(iid, class_);
+    *enabled = safety_enabled_ & *supported;
+    return *supported ? S_OK : E_NOINTERFACE;
+}
+
+STDMETHODIMP UserControl::SetInterfaceSafetyOptions(REFIID iid, DWORD mask, DWORD enabled)
+{
+    DWORD supported = safety_supported(iid, class_);
+    if (!supported) return E_NOINTERFACE;
+    if (mask & ~supported) return E_FAIL; // asked to be safe for something it is not
+    safety_enabled_ = (safety_enabled_ & ~mask) | (enabled & mask);
+    return S_OK;
+}
+
 HRESULT MapInvokeResult(HRESULT hr, VARIANT *result)
 {
-    // OLE_COLOR is unsigned in the type library, but automation clients (VB, VBA, scripts)
-    // know colours as Long and some cannot handle an unsigned value at all: hand it over as
-    // the same 32 bits in a Long.
-    if (SUCCEEDED(hr) && result && V_VT(result) == VT_UI4) V_VT(result) = VT_I4;
+    // OLE_COLOR is unsigned and OLE_HANDLE a machine int in the type library, but automation
+    // clients (VB, VBA, scripts) know both as Long and some cannot handle an unsigned value or
+    // an int at all: hand them over as the same 32 bits in a Long.
+    if (SUCCEEDED(hr) && result && (V_VT(result) == VT_UI4 || V_VT(result) == VT_INT || V_VT(result) == VT_UINT))
+        V_VT(result) = VT_I4;
     switch (hr) {
     case DISP_E_TYPEMISMATCH:
     case DISP_E_OVERFLOW:

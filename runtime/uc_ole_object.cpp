@@ -2,6 +2,7 @@
 // of its own, extents, advise sinks, the control interfaces and quick activation.
 #include "foundation/trap.h"
 #include "runtime/guarded.h"
+#include "runtime/mnemonic.h"
 #include "runtime/user_control.h"
 
 namespace tarn {
@@ -17,6 +18,13 @@ int screen_dpi(int index)
 }
 
 } // namespace
+
+DWORD MiscStatusOf(const ControlClass &cls)
+{
+    DWORD misc = cls.misc_status;
+    if (misc & OLEMISC_INVISIBLEATRUNTIME) misc |= OLEMISC_ALWAYSRUN;
+    return misc;
+}
 
 // ---------------------------------------------------------------- IOleObject
 
@@ -74,6 +82,10 @@ STDMETHODIMP UserControl::DoVerb(LONG verb, LPMSG, IOleClientSite *site, LONG, H
             return S_OK;
         case OLEIVERB_DISCARDUNDOSTATE:
             return S_OK;
+        case OLEIVERB_PROPERTIES:
+        case kPropertiesVerb:
+            if (IsVisibleClass(class_)) return show_property_frame(parent);
+            return verb < 0 ? E_NOTIMPL : OLEOBJ_S_INVALIDVERB;
         default:
             return verb < 0 ? E_NOTIMPL : OLEOBJ_S_INVALIDVERB;
         }
@@ -229,7 +241,7 @@ STDMETHODIMP UserControl::EnumAdvise(IEnumSTATDATA **advise)
 STDMETHODIMP UserControl::GetMiscStatus(DWORD aspect, DWORD *status)
 {
     if (!status) return E_POINTER;
-    *status = aspect == DVASPECT_CONTENT ? class_.misc_status : 0;
+    *status = aspect == DVASPECT_CONTENT ? MiscStatusOf(class_) : 0;
     return S_OK;
 }
 
@@ -319,10 +331,39 @@ STDMETHODIMP UserControl::GetControlInfo(CONTROLINFO *info)
     info->hAccel = nullptr;
     info->cAccel = 0;
     info->dwFlags = 0;
+    return guarded([&] {
+        // Alt plus the caption's mnemonic. The table stays the control's: rebuilt only when
+        // the mnemonic changes, destroyed with the control.
+        wchar_t key = MnemonicOf(Caption());
+        if (key != accel_key_) {
+            if (accel_) DestroyAcceleratorTable(accel_);
+            accel_ = nullptr;
+            accel_key_ = key;
+            SHORT vk = key ? VkKeyScanW(key) : -1;
+            if (vk != -1) {
+                ACCEL a{static_cast<BYTE>(FVIRTKEY | FALT), static_cast<WORD>(vk & 0xFF), 0};
+                accel_ = CreateAcceleratorTableW(&a, 1);
+            }
+        }
+        if (accel_) {
+            info->hAccel = accel_;
+            info->cAccel = 1;
+        }
+        return S_OK;
+    });
+}
+
+STDMETHODIMP UserControl::OnMnemonic(MSG *)
+{
+    step([&] { Mnemonic(); });
     return S_OK;
 }
 
-STDMETHODIMP UserControl::OnMnemonic(MSG *) { return S_OK; }
+void UserControl::ControlInfoChanged()
+{
+    if (MnemonicOf(Caption()) == accel_key_) return;
+    if (ComPtr<IOleControlSite> cs = site_.as<IOleControlSite>(IID_IOleControlSite)) step([&] { cs->OnControlInfoChanged(); });
+}
 
 STDMETHODIMP UserControl::OnAmbientPropertyChange(DISPID id)
 {
@@ -346,7 +387,7 @@ STDMETHODIMP UserControl::QuickActivate(QACONTAINER *container, QACONTROL *contr
     return guarded([&] {
         SetClientSite(container->pClientSite);
         if (container->pAdviseSink) SetAdvise(DVASPECT_CONTENT, 0, container->pAdviseSink);
-        control->dwMiscStatus = class_.misc_status;
+        control->dwMiscStatus = MiscStatusOf(class_);
         control->dwViewStatus = VIEWSTATUS_OPAQUE;
         control->dwPointerActivationPolicy = 0;
         control->dwEventCookie = 0;

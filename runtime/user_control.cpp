@@ -20,6 +20,8 @@ UserControl::UserControl(const ControlClass &cls)
 
 UserControl::~UserControl()
 {
+    accessible_.disconnect();
+    if (accel_) DestroyAcceleratorTable(accel_);
     if (hwnd_) {
         SetWindowLongPtrW(hwnd_, GWLP_USERDATA, 0);
         DestroyWindow(hwnd_);
@@ -36,6 +38,7 @@ void UserControl::final_release()
     step([&] { InPlaceDeactivate(); });
     step([&] { Terminate(); });
     step([&] {
+        accessible_.disconnect(); // a screen reader may hold the object longer than the control lives
         events_cp_.clear();
         notify_cp_.clear();
         view_sink_.reset();
@@ -59,22 +62,51 @@ void *UserControl::find_interface(REFIID iid)
     if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2) return static_cast<IProvideClassInfo2 *>(this);
     if (iid == IID_IConnectionPointContainer) return static_cast<IConnectionPointContainer *>(this);
     if (iid == IID_IQuickActivate) return static_cast<IQuickActivate *>(this);
+    if (iid == IID_IPerPropertyBrowsing) return static_cast<IPerPropertyBrowsing *>(this);
+    if (iid == IID_ISpecifyPropertyPages && IsVisibleClass(class_)) return static_cast<ISpecifyPropertyPages *>(this);
+    if (iid == IID_IObjectSafety && class_.safe) return static_cast<IObjectSafety *>(this);
     return nullptr;
 }
 
 // ---------------------------------------------------------------- services
 
+DISPID UserControl::dispid_of_key(const std::wstring &key)
+{
+    // Every put asks and then tells the container: the name is looked up once per key.
+    auto known = key_ids_.find(key);
+    DISPID id = known != key_ids_.end() ? known->second : DISPID_UNKNOWN;
+    if (known == key_ids_.end()) {
+        step([&] {
+            ComPtr<ITypeInfo> info;
+            if (SUCCEEDED(module::type_info(*class_.iid, info.put()))) {
+                LPOLESTR name = const_cast<LPOLESTR>(key.c_str());
+                if (FAILED(info->GetIDsOfNames(&name, 1, &id))) id = DISPID_UNKNOWN;
+            }
+            key_ids_.emplace(key, id);
+        });
+    }
+    return id != DISPID_UNKNOWN ? id : invoked_put_;
+}
+
+bool UserControl::RequestEdit(const std::wstring &key)
+{
+    if (notify_cp_.empty()) return true;
+    DISPID id = dispid_of_key(key);
+    for (const ComPtr<IUnknown> &sink : notify_cp_.sinks()) {
+        bool refused = false;
+        step([&] {
+            if (ComPtr<IPropertyNotifySink> notify = sink.as<IPropertyNotifySink>(IID_IPropertyNotifySink))
+                refused = notify->OnRequestEdit(id) == S_FALSE;
+        });
+        if (refused) return false;
+    }
+    return true;
+}
+
 void UserControl::PropertyChanged(const std::wstring &key)
 {
     dirty_ = true;
-    DISPID id = DISPID_UNKNOWN;
-    step([&] {
-        ComPtr<ITypeInfo> info;
-        if (SUCCEEDED(module::type_info(*class_.iid, info.put()))) {
-            LPOLESTR name = const_cast<LPOLESTR>(key.c_str());
-            if (FAILED(info->GetIDsOfNames(&name, 1, &id))) id = DISPID_UNKNOWN;
-        }
-    });
+    DISPID id = dispid_of_key(key);
     for (const ComPtr<IUnknown> &sink : notify_cp_.sinks()) {
         step([&] {
             if (ComPtr<IPropertyNotifySink> notify = sink.as<IPropertyNotifySink>(IID_IPropertyNotifySink))
@@ -299,6 +331,10 @@ LRESULT UserControl::on_message(UINT msg, WPARAM wp, LPARAM lp)
     LRESULT reflected = 0;
     if (WindowedConstituent::reflect(msg, wp, lp, reflected)) return reflected;
     switch (msg) {
+    case WM_GETOBJECT: {
+        LRESULT r = accessible_.answer(hwnd_, wp, lp, *this, handled);
+        return handled ? r : DefWindowProcW(hwnd_, msg, wp, lp);
+    }
     case WM_DESTROY:
         // The container destroys its window with ours in it: the constituents keep theirs.
         park_constituents();

@@ -21,13 +21,16 @@
 #include <windows.h>
 #include <ocidl.h>
 #include <olectl.h>
+#include <objsafe.h>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "foundation/colors.h"
 #include "foundation/trap.h"
+#include "runtime/accessible.h"
 #include "runtime/ambient.h"
 #include "runtime/com.h"
 #include "runtime/connection_points.h"
@@ -47,8 +50,24 @@ struct ControlClass {
     const CLSID *clsid;
     const IID *iid;    // the control's dual interface
     const IID *events; // its event dispinterface (null when it raises none)
-    DWORD misc_status; // OLEMISC_* flags
+    DWORD misc_status; // OLEMISC_* flags (MiscStatusOf adds what follows from them)
     HRESULT (*create)(REFIID iid, void **out);
+    // The control touches neither files nor other windows: it answers IObjectSafety and is
+    // registered safe for scripting and for initialising. Off unless a control says so.
+    bool safe = false;
+};
+
+// What a control of the class answers for its misc status, the registry's MiscStatus and the
+// manifest's miscStatus alike: its own flags, and OLEMISC_ALWAYSRUN for a control invisible
+// at run time (a service must run even where the container keeps controls inactive).
+DWORD MiscStatusOf(const ControlClass &cls);
+// Whether the class shows on a form (and so offers property pages and an accessible object).
+inline bool IsVisibleClass(const ControlClass &cls) { return !(cls.misc_status & OLEMISC_INVISIBLEATRUNTIME); }
+
+// A name a property sheet shows for one value of a property that is no enumeration.
+struct NamedValue {
+    std::wstring name;
+    Variant value;
 };
 
 // Mouse buttons and shift state as the events carry them.
@@ -88,7 +107,11 @@ class UserControl : public IOleObject,
                     public IPersistStorage,
                     public IProvideClassInfo2,
                     public IConnectionPointContainer,
-                    public IQuickActivate {
+                    public IQuickActivate,
+                    public ISpecifyPropertyPages,
+                    public IPerPropertyBrowsing,
+                    public IObjectSafety,
+                    private AccessibleOwner {
 public:
     const ControlClass &Class() const { return class_; }
     // The one C++ listener to this control's events (null: none).
@@ -176,6 +199,20 @@ public:
     STDMETHODIMP SetContentExtent(LPSIZEL size) override;
     STDMETHODIMP GetContentExtent(LPSIZEL size) override;
 
+    // ---- ISpecifyPropertyPages (visible controls): the General page, and the stock colour,
+    // font and picture pages where the control has such properties
+    STDMETHODIMP GetPages(CAUUID *pages) override;
+
+    // ---- IPerPropertyBrowsing: the names of PropertyValueNames, pages for properties
+    STDMETHODIMP GetDisplayString(DISPID id, BSTR *text) override;
+    STDMETHODIMP MapPropertyToPage(DISPID id, CLSID *page) override;
+    STDMETHODIMP GetPredefinedStrings(DISPID id, CALPOLESTR *strings, CADWORD *cookies) override;
+    STDMETHODIMP GetPredefinedValue(DISPID id, DWORD cookie, VARIANT *value) override;
+
+    // ---- IObjectSafety (controls of a safe class only)
+    STDMETHODIMP GetInterfaceSafetyOptions(REFIID iid, DWORD *supported, DWORD *enabled) override;
+    STDMETHODIMP SetInterfaceSafetyOptions(REFIID iid, DWORD mask, DWORD enabled) override;
+
 protected:
     explicit UserControl(const ControlClass &cls);
     virtual ~UserControl();
@@ -222,6 +259,27 @@ protected:
     virtual UINT DialogCode() const { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
     // Whether the control takes the focus (a click activates it, Tab stops on it).
     virtual bool CanGetFocus() const { return true; }
+
+    // ---- what hosts and screen readers learn of the control, beyond its properties
+    // The caption the control shows, with its mnemonic ("&Save"): the accessible name (without
+    // the "&"), the keyboard shortcut ("Alt+S") and the accelerator GetControlInfo reports come
+    // from it. "" leaves the name to the system (which takes the label placed before the control).
+    virtual std::wstring Caption() { return std::wstring(); }
+    // The container found the caption's mnemonic pressed (IOleControl::OnMnemonic).
+    virtual void Mnemonic() {}
+    // The accessible description: the control's tooltip.
+    virtual std::wstring ToolTipText() { return std::wstring(); }
+    virtual long AccessibleRole() { return ROLE_SYSTEM_CLIENT; }
+    // Focusable, focused, unavailable and invisible from the window; a control adds its own
+    // (pressed, checked) to what this returns.
+    virtual long AccessibleState();
+    // The value a screen reader reads (a number, a text); "" when the control has none.
+    virtual std::wstring AccessibleValue() { return std::wstring(); }
+    virtual std::wstring DefaultAction() { return std::wstring(); }
+    virtual void DoDefaultAction() {}
+    // Names for the values of property `id` when it is no enumeration (palette numbers, column
+    // types): the General page and hosts' property browsers offer them. Empty: none.
+    virtual std::vector<NamedValue> PropertyValueNames(DISPID id) { return {}; }
     // Styles the control's window has beyond a child's (scroll bars, for instance). The
     // control's size is then its window's client area.
     virtual DWORD WindowStyle() const { return 0; }
@@ -230,6 +288,11 @@ protected:
     // Tells the container a property changed (IPropertyNotifySink::OnChanged with the DISPID of
     // the member named `key`, or DISPID_UNKNOWN) and marks the control dirty.
     void PropertyChanged(const std::wstring &key);
+    // Tells screen readers holding the control's accessible object that something changed
+    // (EVENT_OBJECT_NAMECHANGE, EVENT_OBJECT_STATECHANGE, EVENT_OBJECT_VALUECHANGE).
+    void AccessibleChanged(DWORD event);
+    // The caption's mnemonic may have changed: the container asks for GetControlInfo again.
+    void ControlInfoChanged();
     // Raises event `id` to every advised sink (nothing while the container froze events).
     void raise(DISPID id, EventArgs &args);
     void raise(DISPID id, EventArgs &&args) { raise(id, args); }
@@ -260,12 +323,20 @@ protected:
         *out = read_step<ComPtr<I>>(read).detach();
         return S_OK;
     }
+    // A container that binds the property may refuse the write first (OnRequestEdit answering
+    // S_FALSE): the value then stays as it was and no change is announced.
     template <class F> HRESULT put_value(const wchar_t *key, F &&write) noexcept
     {
+        if (!read_step<bool>([&] { return RequestEdit(key); }, true)) return S_OK;
         step(write);
         step([&] { PropertyChanged(key); });
         return S_OK;
     }
+    // Asks every IPropertyNotifySink whether the property may change; false when one refuses.
+    bool RequestEdit(const std::wstring &key);
+
+    // The verb registered as "&Properties...": the property frame, as OLEIVERB_PROPERTIES.
+    static constexpr LONG kPropertiesVerb = 1;
 
     // Windowless constituents, drawn in the order added (later ones on top).
     void add_constituent(Constituent &c) { constituents_.push_back(&c); }
@@ -306,6 +377,20 @@ protected:
     void render(HDC dc);
 
 private:
+    template <class, class> friend class ControlImpl;
+    // The DISPID of the property `key` names: the member of that name, else the property put
+    // being invoked through IDispatch (keys that differ from their property's name).
+    DISPID dispid_of_key(const std::wstring &key);
+    // AccessibleOwner, answered from the hooks above.
+    std::wstring accessible_name() override;
+    std::wstring accessible_shortcut() override;
+    std::wstring accessible_description() override;
+    std::wstring accessible_value() override;
+    long accessible_role() override;
+    long accessible_state() override;
+    std::wstring accessible_default_action() override;
+    void accessible_do_default() override;
+
     static const wchar_t *window_class();
     static LRESULT CALLBACK window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp);
     LRESULT on_message(UINT msg, WPARAM wp, LPARAM lp);
@@ -315,6 +400,8 @@ private:
     // Moves the windowed constituents into the holder (the control's window is going).
     void park_constituents();
     HRESULT activate(LONG verb, HWND parent_hint, LPCRECT pos_hint);
+    // The container's property frame when it has one, else the system's over `parent`.
+    HRESULT show_property_frame(HWND parent);
     HRESULT ui_activate();
     // Tells the site's frame and document window that this object is (or no longer is) UI-active.
     void announce_active(bool active);
@@ -359,6 +446,13 @@ private:
     bool press_on_surface_ = false;
     int16_t buttons_down_ = 0;
     bool double_click_ = false;
+
+    DISPID invoked_put_ = DISPID_UNKNOWN; // the property put IDispatch::Invoke is running
+    std::map<std::wstring, DISPID> key_ids_; // keys looked up by name (DISPID_UNKNOWN: none)
+    HACCEL accel_ = nullptr;              // the mnemonic's table, handed out by GetControlInfo
+    wchar_t accel_key_ = 0;
+    DWORD safety_enabled_ = 0;
+    AccessibleLink accessible_;
 };
 
 // Removes the runtime's window classes (the control's and the constituents' holder) when the

@@ -11,7 +11,7 @@ namespace {
 
 class ClassFactory final : public ComObject<IClassFactory> {
 public:
-    explicit ClassFactory(const ControlClass &cls) : class_(cls) {}
+    explicit ClassFactory(HRESULT (*create)(REFIID, void **)) : create_(create) {}
 
     STDMETHODIMP CreateInstance(IUnknown *outer, REFIID riid, void **ppv) override
     {
@@ -19,7 +19,7 @@ public:
         *ppv = nullptr;
         if (outer) return CLASS_E_NOAGGREGATION;
         try {
-            return class_.create(riid, ppv);
+            return create_(riid, ppv);
         } catch (const std::bad_alloc &) {
             return E_OUTOFMEMORY;
         } catch (...) {
@@ -34,11 +34,11 @@ public:
 
 private:
     module::ObjectCount count_;
-    const ControlClass &class_;
+    HRESULT (*create_)(REFIID, void **);
 };
 
 } // namespace
 
-IClassFactory *NewClassFactory(const ControlClass &cls) { return new (std::nothrow) ClassFactory(cls); }
+IClassFactory *NewClassFactory(HRESULT (*create)(REFIID, void **)) { return new (std::nothrow) ClassFactory(create); }
 
 } // namespace tarn

@@ -6,7 +6,8 @@
 
 namespace tarn {
 
-// A new class factory for `cls` (it counts as a live object while held), or null.
-IClassFactory *NewClassFactory(const ControlClass &cls);
+// A new class factory that makes its objects with `create` (it counts as a live object while
+// held), or null.
+IClassFactory *NewClassFactory(HRESULT (*create)(REFIID iid, void **out));
 
 } // namespace tarn

@@ -6,6 +6,7 @@
 #include "grid/grdchk.h"
 #include "grid/grid.h"
 #include "inputs/updown.h"
+#include "runtime/property_page.h"
 #include "server/resource.h"
 #include "services/Subclass.h"
 #include "services/mnutxt.h"
@@ -25,7 +26,21 @@ const ServerClass kClasses[] = {
     {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},
     {&mnutxt::Class, IDB_TOOLBOX_MNUTXT},
 };
+
+const SupportClass kSupport[] = {
+    {&CLSID_TarnGeneralPage, L"Tarn Controls General property page", &CreateGeneralPage},
+};
 } // namespace
+
+std::span<const SupportClass> SupportClasses() { return kSupport; }
+
+HRESULT (*CreatorOf(REFCLSID clsid))(REFIID, void **)
+{
+    if (const ControlClass *c = FindControlClass(clsid)) return c->create;
+    for (const SupportClass &s : kSupport)
+        if (*s.clsid == clsid) return s.create;
+    return nullptr;
+}
 
 std::span<const ServerClass> ServerClasses() { return kClasses; }
 

@@ -17,4 +17,17 @@ struct ServerClass {
 std::span<const ServerClass> ServerClasses();
 const ControlClass *FindControlClass(REFCLSID clsid);
 
+// A class the server creates that is no control: the property page.
+struct SupportClass {
+    const CLSID *clsid;
+    const wchar_t *description;
+    HRESULT (*create)(REFIID iid, void **out);
+};
+std::span<const SupportClass> SupportClasses();
+// The creation function of any class the server serves, or null.
+HRESULT (*CreatorOf(REFCLSID clsid))(REFIID, void **);
+
+// The resource id of a class's icon (DefaultIcon): its toolbox bitmap's id plus this.
+constexpr int kIconIdOffset = 1000;
+
 } // namespace tarn

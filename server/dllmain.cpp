@@ -5,6 +5,7 @@
 
 #include "buttons/frmctrlTOOLTIP.h"
 #include "runtime/module.h"
+#include "runtime/property_page.h"
 #include "runtime/user_control.h"
 #include "server/class_factory.h"
 #include "server/classes.h"
@@ -20,6 +21,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void *)
     else if (reason == DLL_PROCESS_DETACH) {
         UnregisterControlWindowClass();
         UnregisterTooltipWindowClass();
+        UnregisterPropertyPageWindowClass();
     }
     return TRUE;
 }
@@ -28,9 +30,9 @@ extern "C" HRESULT WINAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void **o
 {
     if (!out) return E_POINTER;
     *out = nullptr;
-    const ControlClass *cls = FindControlClass(clsid);
-    if (!cls) return CLASS_E_CLASSNOTAVAILABLE;
-    IClassFactory *factory = NewClassFactory(*cls);
+    auto create = CreatorOf(clsid);
+    if (!create) return CLASS_E_CLASSNOTAVAILABLE;
+    IClassFactory *factory = NewClassFactory(create);
     if (!factory) return E_OUTOFMEMORY;
     HRESULT hr = factory->QueryInterface(iid, out);
     factory->Release();

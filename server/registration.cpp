@@ -1,7 +1,9 @@
 // Self-registration: per machine (HKEY_CLASSES_ROOT) or per user (HKCU\Software\Classes, no
 // administrator needed). Each control class gets its CLSID with InprocServer32, both ProgIDs,
-// Control, MiscStatus, ToolboxBitmap32, TypeLib and Version; the type library is registered
-// too. Unregistration removes every key registration wrote.
+// MiscStatus (what its objects answer), TypeLib, Version and Verb; a public one Control,
+// ToolboxBitmap32 and DefaultIcon; a safe one the categories safe for scripting and for
+// initialising. The property page class gets its CLSID and InprocServer32; the type library is
+// registered too. Unregistration removes every key registration wrote.
 #include "server/registration.h"
 
 #include "foundation/handles.h"
@@ -17,6 +19,11 @@ namespace tarn {
 namespace {
 
 constexpr wchar_t kCatidControl[] = L"{40FC6ED4-2438-11CF-A3DB-080036F12502}";
+constexpr wchar_t kCatidSafeForScripting[] = L"{7DD95801-9882-11CF-9FA9-00AA006C42C4}";
+constexpr wchar_t kCatidSafeForInitializing[] = L"{7DD95802-9882-11CF-9FA9-00AA006C42C4}";
+// Verbs as OleRegEnumVerbs reads them: name, menu flags, OLEVERBATTRIB_ONCONTAINERMENU.
+constexpr wchar_t kVerbEdit[] = L"&Edit,0,2";
+constexpr wchar_t kVerbProperties[] = L"&Properties...,0,2";
 constexpr wchar_t kOleAutomationProxy[] = L"{00020424-0000-0000-C000-000000000046}";
 #ifdef _WIN64
 constexpr wchar_t kPlatform[] = L"win64";
@@ -107,17 +114,34 @@ void register_class(Writer &w, const ServerClass &entry, const std::wstring &pat
     w.value(key + L"\\TypeLib", guid_text(LIBID_TarnControls));
     w.value(key + L"\\Version", L"1.0");
     w.value(key + L"\\MiscStatus", L"0");
-    w.value(key + L"\\MiscStatus\\1", std::to_wstring(c.misc_status));
+    w.value(key + L"\\MiscStatus\\1", std::to_wstring(MiscStatusOf(c)));
+    w.value(key + L"\\Verb\\0", kVerbEdit);
+    if (IsVisibleClass(c)) w.value(key + L"\\Verb\\1", kVerbProperties);
     if (entry.toolbox_bitmap) {
         w.key(key + L"\\Control");
         w.value(key + L"\\ToolboxBitmap32", path + L", " + std::to_wstring(entry.toolbox_bitmap));
+        const int icon = entry.toolbox_bitmap + kIconIdOffset;
+        if (FindResourceW(module::instance(), MAKEINTRESOURCEW(icon), reinterpret_cast<LPCWSTR>(RT_GROUP_ICON)))
+            w.value(key + L"\\DefaultIcon", path + L",-" + std::to_wstring(icon));
         w.key(key + L"\\Implemented Categories\\" + kCatidControl);
+    }
+    if (c.safe) {
+        w.key(key + L"\\Implemented Categories\\" + kCatidSafeForScripting);
+        w.key(key + L"\\Implemented Categories\\" + kCatidSafeForInitializing);
     }
     w.value(progid, c.description);
     w.value(progid + L"\\CLSID", clsid);
     w.value(progid + L"\\CurVer", progid1);
     w.value(progid1, c.description);
     w.value(progid1 + L"\\CLSID", clsid);
+}
+
+void register_support_class(Writer &w, const SupportClass &c, const std::wstring &path)
+{
+    const std::wstring key = L"CLSID\\" + guid_text(*c.clsid);
+    w.value(key, c.description);
+    w.value(key + L"\\InprocServer32", path);
+    w.named(key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
 }
 
 // Per user, the type library's keys are written here rather than by the platform, so that
@@ -188,6 +212,7 @@ HRESULT RegisterServer(bool per_user)
     if (!root) return SELFREG_E_CLASS;
     Writer w(root.get());
     for (const ServerClass &c : ServerClasses()) register_class(w, c, path);
+    for (const SupportClass &c : SupportClasses()) register_support_class(w, c, path);
     ComPtr<ITypeLib> lib;
     HRESULT hr = LoadTypeLibEx(path.c_str(), REGKIND_NONE, lib.put());
     if (FAILED(hr)) return SELFREG_E_TYPELIB;
@@ -214,6 +239,7 @@ HRESULT UnregisterServer(bool per_user)
         RegDeleteTreeW(root.get(), progid.c_str());
         RegDeleteTreeW(root.get(), (progid + L".1").c_str());
     }
+    for (const SupportClass &c : SupportClasses()) RegDeleteTreeW(root.get(), (L"CLSID\\" + guid_text(*c.clsid)).c_str());
     ComPtr<ITypeLib> lib;
     LoadTypeLibEx(module_path().c_str(), REGKIND_NONE, lib.put());
     if (per_user) {

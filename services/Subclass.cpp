@@ -51,10 +51,13 @@ void Subclass::Terminate()
 
 // ---------------------------------------------------------------- ISubclass
 
-STDMETHODIMP Subclass::get_hwnd(LONG_PTR *v) { return get_value(v, [&] { return hwnd_; }); }
-STDMETHODIMP Subclass::put_hwnd(LONG_PTR v)
+STDMETHODIMP Subclass::get_hwnd(OLE_HANDLE *v)
 {
-    step([&] { set_hwnd(v); });
+    return get_value(v, [&] { return to_ole_handle(reinterpret_cast<HWND>(hwnd_)); });
+}
+STDMETHODIMP Subclass::put_hwnd(OLE_HANDLE v)
+{
+    step([&] { set_hwnd(reinterpret_cast<LONG_PTR>(from_ole_handle(v))); });
     return S_OK;
 }
 

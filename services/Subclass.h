@@ -35,8 +35,8 @@ public:
     static const ControlClass Class;
 
     // ISubclass
-    STDMETHODIMP get_hwnd(LONG_PTR *value) override;
-    STDMETHODIMP put_hwnd(LONG_PTR value) override;
+    STDMETHODIMP get_hwnd(OLE_HANDLE *value) override;
+    STDMETHODIMP put_hwnd(OLE_HANDLE value) override;
     STDMETHODIMP get_Messages(LONG Msg, VARIANT_BOOL *value) override;
     STDMETHODIMP put_Messages(LONG Msg, VARIANT_BOOL value) override;
     STDMETHODIMP CallWndProc(LONG Msg, LONG_PTR wParam, LONG_PTR lParam, LONG_PTR *result) override;

@@ -64,11 +64,14 @@ void mnutxt::AmbientChanged(DISPID id)
 
 // ---------------------------------------------------------------- Imnutxt
 
-STDMETHODIMP mnutxt::get_hwnd(LONG_PTR *v) { return get_value(v, [&] { return hwnd_; }); }
-STDMETHODIMP mnutxt::put_hwnd(LONG_PTR v)
+STDMETHODIMP mnutxt::get_hwnd(OLE_HANDLE *v)
+{
+    return get_value(v, [&] { return to_ole_handle(reinterpret_cast<HWND>(hwnd_)); });
+}
+STDMETHODIMP mnutxt::put_hwnd(OLE_HANDLE v)
 {
     // Only stored: an existing hook stays on the window it was made for.
-    return put_value(L"HWND", [&] { hwnd_ = v; });
+    return put_value(L"HWND", [&] { hwnd_ = reinterpret_cast<LONG_PTR>(from_ole_handle(v)); });
 }
 
 STDMETHODIMP mnutxt::Subclass()

@@ -23,8 +23,8 @@ public:
     mnutxt();
 
     // Imnutxt
-    STDMETHODIMP get_hwnd(LONG_PTR *value) override;
-    STDMETHODIMP put_hwnd(LONG_PTR value) override;
+    STDMETHODIMP get_hwnd(OLE_HANDLE *value) override;
+    STDMETHODIMP put_hwnd(OLE_HANDLE value) override;
     STDMETHODIMP Subclass() override;
     STDMETHODIMP UnSubClass() override;
 

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "foundation/metrics.h"
+#include "runtime/invoke_args.h"
 #include "server/resource.h"
 
 namespace tarn {
@@ -179,7 +180,7 @@ STDMETHODIMP resizelck::Invoke(DISPID id, REFIID riid, LCID lcid, WORD flags, DI
 {
     bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
     if ((id == kMaxHeight || id == kMaxWidth) && put && riid == IID_NULL && params && params->cArgs == 1 &&
-        params->rgvarg) {
+        params->rgvarg && ReadableArgument(params->rgvarg[0])) {
         ComPtr<IUnknown> alive(identity());
         return put_maximum_by_dispatch(id, params->rgvarg[0]);
     }

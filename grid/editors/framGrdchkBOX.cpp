@@ -16,7 +16,7 @@ void framGrdchkBOX::set(bool checked)
 {
     // Not a click of the user's: the box says nothing.
     auto keep = std::move(box_.on_event);
-    if (ComPtr<Igrdchk> b = Box()) b->put_Value(checked ? 1 : 0);
+    if (ComPtr<Igrdchk> b = Box()) b->put_Value(checked ? CheckValues(1) : CheckValues(0));
     box_.on_event = std::move(keep);
 }
 
@@ -30,9 +30,9 @@ std::optional<std::wstring> framGrdchkBOX::Value()
 {
     ComPtr<Igrdchk> b = Box();
     if (!b) return std::nullopt;
-    short value = 0;
+    CheckValues value = CheckValues(0);
     if (FAILED(b->get_Value(&value))) return std::nullopt;
-    return std::wstring(CheckCellText(value == 1));
+    return std::wstring(CheckCellText(int(value) == 1));
 }
 
 void framGrdchkBOX::Reset() { set(opened_); }

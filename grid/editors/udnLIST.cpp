@@ -15,7 +15,7 @@ udnLIST::udnLIST() : CellEditor(EditorKind::Percent), box_(L"udnLIST", &updown::
     box_.SetVisible(false);
     if (ComPtr<Iupdown> b = Box()) {
         b->put_Max(kMax);
-        b->put_BorderStyle(0);
+        b->put_BorderStyle(BorderStyles(0));
     }
 }
 

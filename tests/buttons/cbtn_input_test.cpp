@@ -172,7 +172,7 @@ TEST_F(ButtonTest, TheSpaceBarClicksOnlyWhenItsPressAndReleaseBothReachTheButton
     events(b);
     auto arrow = [](Hosted &from, WPARAM vk) {
         key(from.hwnd(), WM_KEYDOWN, vk);
-        pump(50);
+        pump_until([&] { return GetFocus() != from.hwnd(); }); // the Tab it sends arrives through the input queue
         return GetFocus();
     };
     EXPECT_EQ(other.hwnd(), arrow(b, VK_RIGHT));

@@ -1,8 +1,12 @@
-#include "grid/cell_engine.h"
+#include "grid/engine/cell_engine.h"
+#include "grid/engine/sort_compare.h"
+#include "grid/grid_file.h"
 #include "grid/grid_view.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
 #include <vector>
 
 using namespace tarn;
@@ -171,13 +175,188 @@ TEST(CellEngine, RowTextsSurviveRewritesInsideTheRowAndInsertRowTakesAFinishedRo
 
     const uint8_t align = CellFormat::kAlign;
     g.SetCols(2);
-    g.InsertRow(0, L"abcdef", {2, 5, 6}, {{.col = 1, .set = align, .alignment = kAlignLeftCenter}}); // 3 texts, 2 columns
+    const uint32_t style = g.MakeRowStyle({{}, {.set = align, .alignment = kAlignLeftCenter}});
+    g.InsertRow(0, L"abcdef", {2, 5, 6}, style); // 3 texts, 2 columns
     EXPECT_EQ(L"ab", g.TextAt(0, 0));
     EXPECT_EQ(L"cde", g.TextAt(0, 1));
     EXPECT_EQ(kAlignLeftCenter, g.StyleAt(0, 1).alignment);
-    EXPECT_THROW(g.InsertRow(0, L"ab", {3}, {}), std::invalid_argument);    // past the text
-    EXPECT_THROW(g.InsertRow(0, L"ab", {2, 1}, {}), std::invalid_argument); // falling
-    EXPECT_THROW(g.InsertRow(0, L"ab", {2}, {{.col = 2, .set = align}}), std::invalid_argument); // no such column
-    EXPECT_THROW(g.InsertRow(0, L"ab", {2}, {{.set = align, .alignment = 12}}), std::invalid_argument);
+    EXPECT_EQ(nullptr, g.FormatAt(0, 0));
+    EXPECT_THROW(g.InsertRow(0, L"ab", {3}), std::invalid_argument);    // past the text
+    EXPECT_THROW(g.InsertRow(0, L"ab", {2, 1}), std::invalid_argument); // falling
+    EXPECT_THROW(g.InsertRow(0, L"ab", {2}, style + 1), std::invalid_argument); // no such style
+    EXPECT_THROW(g.MakeRowStyle({{.set = align, .alignment = 12}}), std::invalid_argument);
     EXPECT_EQ(3, g.Rows());
+}
+
+// Rows inserted and removed anywhere (far more than a block of rows), counts going up and down
+// (cut columns must not come back), texts of every width and length, formats, loaded rows and
+// sorts, against a plain table of the same operations.
+TEST(CellEngine, RowsTextsAndFormatsMatchAPlainTableUnderRandomChanges)
+{
+    struct Cell {
+        std::wstring text;
+        uint32_t back = 0x80000005u; // the default
+        int16_t align = kAlignGeneral;
+    };
+    using Table = std::vector<std::vector<Cell>>;
+    const std::wstring samples[] = {L"", L"x", L"12.5", L"-3", L"Caf\u00e9", L"\u65e5\u672c", L"a\U0001F600b",
+                                    std::wstring(300, L'w'), L"B", L"b", L"10"};
+    std::mt19937 rng(7);
+    auto pick = [&](size_t n) { return static_cast<int32_t>(rng() % n); };
+    auto sample = [&] { return samples[static_cast<size_t>(pick(std::size(samples)))]; };
+
+    CellEngine g(0, 4);
+    Table t;
+    int32_t cols = 4;
+    const uint32_t loaded = g.MakeRowStyle(std::vector<CellFormat>(6, CellFormat{.set = CellFormat::kAlign, .alignment = kAlignLeftCenter}));
+    auto check = [&](int op) {
+        ASSERT_EQ(static_cast<int32_t>(t.size()), g.Rows()) << "op " << op;
+        ASSERT_EQ(cols, g.Cols());
+        for (int32_t r = 0; r < g.Rows(); ++r)
+            for (int32_t c = 0; c < cols; ++c) {
+                const Cell &want = t[static_cast<size_t>(r)][static_cast<size_t>(c)];
+                const CellEngine::CellStyle s = g.StyleAt(r, c);
+                ASSERT_EQ(want.text, g.TextAt(r, c)) << "op " << op << " at " << r << "," << c;
+                ASSERT_EQ(std::pair(want.back, want.align), std::pair(s.back, s.alignment)) << "op " << op << " at " << r << "," << c;
+            }
+    };
+    // Rows told apart by their first cell, so a row in the wrong place shows.
+    for (int32_t r = 0; r < 2500; ++r) {
+        g.AddItem(L"#" + std::to_wstring(r));
+        t.push_back(std::vector<Cell>(4));
+        t.back()[0].text = L"#" + std::to_wstring(r);
+    }
+    for (int op = 0; op < 4000 && !testing::Test::HasFatalFailure(); ++op) {
+        const int32_t rows = g.Rows();
+        switch (pick(20)) {
+        case 0: case 1: case 2: case 3: { // a row in, anywhere
+            const int32_t at = pick(static_cast<size_t>(rows) + 1);
+            std::wstring item;
+            std::vector<Cell> row(static_cast<size_t>(cols));
+            const int32_t pieces = pick(7);
+            for (int32_t i = 0; i < pieces; ++i) {
+                const std::wstring s = i ? sample() : L"+" + std::to_wstring(op);
+                item += (i ? L"\t" : L"") + s;
+                if (i < cols) row[static_cast<size_t>(i)].text = s;
+            }
+            g.AddItem(item, at);
+            t.insert(t.begin() + at, row);
+            break;
+        }
+        case 4: case 5: case 6: case 7: // a row out, anywhere
+            if (rows > 1) {
+                const int32_t at = pick(static_cast<size_t>(rows));
+                g.RemoveItem(at);
+                t.erase(t.begin() + at);
+            }
+            break;
+        case 8: case 9: case 10: case 11: { // a text
+            if (rows == 0) break;
+            const int32_t r = pick(static_cast<size_t>(rows)), c = pick(static_cast<size_t>(cols));
+            const std::wstring s = pick(40) ? sample() : std::wstring(70000, L'\u00e4'); // ends past 16 bits
+            g.SetTextMatrix(r, c, s);
+            t[static_cast<size_t>(r)][static_cast<size_t>(c)].text = s;
+            break;
+        }
+        case 12: case 13: { // a back colour
+            if (rows == 0) break;
+            const int32_t r = pick(static_cast<size_t>(rows)), c = pick(static_cast<size_t>(cols));
+            const uint32_t colour = static_cast<uint32_t>(pick(3)) * 0x10;
+            g.UpdateFormat(r, c, CellFormat{.set = CellFormat::kBack, .back = colour});
+            t[static_cast<size_t>(r)][static_cast<size_t>(c)].back = colour;
+            break;
+        }
+        case 14: { // a loaded row: texts, and alignment 1 on the cells read
+            const int32_t at = pick(static_cast<size_t>(rows) + 1), read = pick(6);
+            std::wstring chars;
+            std::vector<uint32_t> ends;
+            std::vector<Cell> row(static_cast<size_t>(cols));
+            for (int32_t i = 0; i < read; ++i) {
+                const std::wstring s = sample();
+                chars += s;
+                ends.push_back(static_cast<uint32_t>(chars.size()));
+                if (i < cols) row[static_cast<size_t>(i)] = {s, 0x80000005u, kAlignLeftCenter};
+            }
+            g.InsertRow(at, chars, ends, loaded);
+            t.insert(t.begin() + at, row);
+            break;
+        }
+        case 15: { // the column count down (the cut cells go for good) or up
+            const int32_t n = 1 + pick(6);
+            g.SetCols(n);
+            for (auto &row : t) {
+                row.resize(static_cast<size_t>(std::min(n, cols)));
+                row.resize(static_cast<size_t>(n));
+            }
+            cols = n;
+            break;
+        }
+        case 16: { // the row count down or up
+            const int32_t n = std::max(0, rows + pick(401) - 200);
+            g.SetRows(n);
+            t.resize(static_cast<size_t>(n), std::vector<Cell>(static_cast<size_t>(cols)));
+            break;
+        }
+        case 17: // every text emptied, formats kept
+            if (pick(4) == 0) {
+                g.Clear();
+                for (auto &row : t)
+                    for (Cell &cell : row) cell.text.clear();
+            }
+            break;
+        default: { // a stable sort on a column, the formats moving with their rows
+            if (rows == 0 || pick(3)) break;
+            const int32_t c = pick(static_cast<size_t>(cols)), order = 1 + pick(2);
+            g.SetCol(c);
+            g.Sort(order);
+            std::stable_sort(t.begin(), t.end(), [&](const std::vector<Cell> &a, const std::vector<Cell> &b) {
+                const SortKey ka = MakeSortKey(a[static_cast<size_t>(c)].text), kb = MakeSortKey(b[static_cast<size_t>(c)].text);
+                return order == 1 ? SortKeyLess(ka, kb) : SortKeyLess(kb, ka);
+            });
+            break;
+        }
+        }
+        if (op % 250 == 0) check(op);
+    }
+    check(-1);
+    // Emptied again from anywhere: blocks wear thin, join and go.
+    while (g.Rows() > 3) {
+        const int32_t at = pick(static_cast<size_t>(g.Rows()));
+        g.RemoveItem(at);
+        t.erase(t.begin() + at);
+        if (g.Rows() % 500 == 0) check(-g.Rows());
+    }
+    check(-2);
+}
+
+// A loaded cell costs about its text in UTF-16 or less: Latin-1 text a byte a character, its
+// alignment shared by every loaded cell.
+TEST(CellEngine, LoadedCellsCostNoMoreThanTheirTextAndShareTheirFormat)
+{
+    std::string file = "10|Stock\r\n";
+    size_t utf16 = 0;
+    const int32_t rows = 5000;
+    for (int32_t r = 0; r < rows; ++r)
+        for (int32_t c = 0; c < 10; ++c) {
+            std::string cell = c % 2 ? std::to_string(r * 7 % 10000) + "." + std::to_string(10 + r % 90)
+                                     : (c ? "Name " : "Item ") + std::to_string(r * 31 % 100000);
+            utf16 += cell.size() * 2;
+            file += cell + "\r\n";
+        }
+    CellEngine g(0, 0);
+    ColumnTypes types;
+    types.Set(3, kColCheck);
+    LoadGridFileBytes(file, g, types);
+    ASSERT_EQ(rows, g.Rows());
+    // The engine's own bytes, and the allocator's at about 16 bytes a row.
+    const double per_cell = static_cast<double>(g.StorageBytes() + 16 * static_cast<size_t>(rows)) / (rows * 10.0);
+    const double text_per_cell = static_cast<double>(utf16 + 2 * rows) / (rows * 10.0); // check cells gain a blank
+    EXPECT_LT(per_cell, 1.5 * text_per_cell) << per_cell << " bytes a cell for " << text_per_cell << " of text";
+    EXPECT_EQ(kAlignLeftCenter, g.StyleAt(rows - 1, 9).alignment);
+    EXPECT_EQ(L"webdings", *g.StyleAt(17, 3).font_name);
+    EXPECT_EQ(g.FormatAt(0, 1), g.FormatAt(rows - 1, 7)); // one format for all of them
+    // A cell formatted afterwards keeps the loaded alignment and adds its own colour.
+    g.UpdateFormat(2, 1, CellFormat{.set = CellFormat::kBack, .back = 0xFF});
+    EXPECT_EQ(std::pair(int16_t{kAlignLeftCenter}, 0xFFu), std::pair(g.StyleAt(2, 1).alignment, g.StyleAt(2, 1).back));
+    EXPECT_EQ(0x80000005u, g.StyleAt(3, 1).back);
 }

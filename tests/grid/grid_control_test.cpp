@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <functional>
 #include <tuple>
 
 using namespace tarn;
@@ -247,11 +248,177 @@ TEST_F(GridTest, ClickingAHeaderRaisesSortClickAndBarHeaderSortSortsThatColumn)
     EXPECT_EQ(1, number(g, L"MouseRow"));
 }
 
+// Counts the paints a window gets (its procedure wrapped for the test).
+class PaintCount {
+public:
+    explicit PaintCount(HWND w) : w_(w)
+    {
+        self_ = this;
+        old_ = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(w, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&proc)));
+    }
+    ~PaintCount() { SetWindowLongPtrW(w_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(old_)); }
+    int paints = 0;
+
+private:
+    static LRESULT CALLBACK proc(HWND w, UINT msg, WPARAM wp, LPARAM lp)
+    {
+        if (msg == WM_PAINT) ++self_->paints;
+        return CallWindowProcW(self_->old_, w, msg, wp, lp);
+    }
+    static inline PaintCount *self_ = nullptr;
+    HWND w_;
+    WNDPROC old_ = nullptr;
+};
+
+SCROLLINFO scroll_info(HWND w, int bar)
+{
+    SCROLLINFO si{sizeof si, SIF_ALL, 0, 0, 0, 0, 0};
+    GetScrollInfo(w, bar, &si);
+    return si;
+}
+
+// What the window shows on the screen, read back from its DC.
+Bitmap on_screen(HWND w)
+{
+    RECT r{};
+    GetClientRect(w, &r);
+    Bitmap picture(r.right, r.bottom, 0xFF00FF);
+    HDC dc = GetDC(w);
+    BitBlt(picture.dc(), 0, 0, r.right, r.bottom, dc, 0, 0, SRCCOPY);
+    ReleaseDC(w, dc);
+    GdiFlush();
+    return picture;
+}
+
+bool same_pixels(const Bitmap &a, const Bitmap &b)
+{
+    if (a.width() != b.width() || a.height() != b.height()) return false;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            if (a.pixel(x, y) != b.pixel(x, y)) return false;
+    return true;
+}
+
+// A host's loop on an active grid: no call paints or touches the scroll bars; once the host
+// returns to its message loop the window paints once and shows exactly what a grid without a
+// window given the same calls draws, with the same events, totals and current cell.
+TEST_F(GridTest, ABatchOfCallsInPlacePaintsOnceAfterwardsAndShowsWhatAFreshGridDraws)
+{
+    Hosted &g = place(kGridProgId, {0, 0, 320, 200});
+    ASSERT_EQ(S_OK, g.activate());
+    HWND w = g.hwnd();
+    pump();
+    RECT client{};
+    GetClientRect(w, &client);
+    Hosted &twin = place(kGridProgId, {0, 220, client.right, 220 + client.bottom}); // no window
+    const SCROLLINFO before = scroll_info(w, SB_VERT);
+    PaintCount count(w);
+
+    auto batch = [](Hosted &h) {
+        h.put(L"BarSummary", Bool(true));
+        h.call(L"ColsSet", {I4(4)});
+        h.call(L"RowsSet", {I4(0)});
+        for (int r = 0; r < 40; ++r) {
+            h.call(L"RowAdd", {Str(L"Item " + std::to_wstring(r) + L"\t" + std::to_wstring(r % 7) + L".5"), I4(r / 2)});
+            h.call(L"CellTextSet", {I4(r / 2), I4(2), Str(std::to_wstring(40 - r))});
+        }
+        h.call(L"BarSummaryColCalc", {I4(2)});
+        h.call(L"RowDel", {I4(3)});
+        h.call(L"ColWidth", {I4(0), R8(1500)});
+        h.call(L"CellColorSet", {I4(0x00C0FFC0), I4(1), I4(1)});
+        h.call(L"ColSetFocus", {I4(1)});
+        h.call(L"SortFlex", {I4(1)});
+        h.call(L"BarHeaderCaptionSet", {I4(0), Str(L"Item")});
+        h.call(L"RowSetFocus", {I4(30)});
+    };
+    batch(g);
+    batch(twin);
+    EXPECT_EQ(0, count.paints);
+    EXPECT_TRUE(GetUpdateRect(w, nullptr, FALSE));           // marked out of date
+    EXPECT_EQ(before.nMax, scroll_info(w, SB_VERT).nMax); // the bars wait for the queue
+
+    pump();
+    EXPECT_EQ(1, count.paints);
+    const SCROLLINFO after = scroll_info(w, SB_VERT);
+    EXPECT_EQ(38, after.nMax); // 39 rows
+    EXPECT_EQ(3, scroll_info(w, SB_HORZ).nMax);
+    EXPECT_GT(after.nPage, 0u);
+
+    const Bitmap shown = on_screen(w);
+    shown.save_png(output_path(L"grid_batch.png"));
+    EXPECT_TRUE(same_pixels(shown, twin.render(client.right, client.bottom)));
+    EXPECT_TRUE(same_pixels(shown, g.capture()));
+    EXPECT_EQ(g.log().event_names(), twin.log().event_names());
+    const std::vector<std::wstring> events = g.log().event_names();
+    EXPECT_EQ(42, std::count(events.begin(), events.end(), L"Change")); // RowsSet, 40 RowAdd, RowDel
+    for (long col = 0; col < 4; ++col)
+        EXPECT_EQ(as_string(twin.call(L"BarSummaryColRead", {I4(col)})), as_string(g.call(L"BarSummaryColRead", {I4(col)})));
+    long total = 0; // the column after RowDel, whose Change recalculated it
+    for (long r = 0; r < 39; ++r) total += std::stol(text(g, r, 2));
+    EXPECT_EQ(std::to_wstring(total) + L".00", as_string(g.call(L"BarSummaryColRead", {I4(2)})));
+    EXPECT_EQ(std::pair(30L, 1L), std::pair(number(g, L"RowCurrent"), number(g, L"ColCurrent")));
+    EXPECT_EQ(std::pair(30L, 1L), std::pair(number(twin, L"RowCurrent"), number(twin, L"ColCurrent")));
+}
+
+// Redraw: off, calls leave the window alone (no invalidation, scroll bars as they were after
+// the queue empties); BarSummaryColCalc (and so every row change's Change) and the
+// whole-grid operations switch it back on; the others leave it as it is.
+TEST_F(GridTest, RedrawOffLeavesTheWindowAloneUntilARecalculationOrAWholeGridOperationSwitchesItOn)
+{
+    Hosted &g = place(kGridProgId, {0, 0, 320, 200});
+    ASSERT_EQ(S_OK, g.activate());
+    HWND w = g.hwnd();
+    g.call(L"ColsSet", {I4(3)});
+    const std::wstring path = std::filesystem::temp_directory_path().wstring() + L"tarn redraw.txt";
+    auto off = [&] { g.call(L"GridRedraw", {Bool(false)}); };
+    const std::tuple<const char *, std::function<void()>, bool> steps[] = {
+        {"GridRedraw(False)", off, false},
+        {"CellTextSet", [&] { g.call(L"CellTextSet", {I4(0), I4(1), Str(L"7")}); }, false},
+        {"ColsSet", [&] { g.call(L"ColsSet", {I4(8)}); }, false},
+        {"ColWidth", [&] { g.call(L"ColWidth", {I4(1), R8(2000)}); }, false},
+        {"SortFlex", [&] { g.call(L"SortFlex", {I4(0)}); }, false},
+        {"GridClear", [&] { g.call(L"GridClear"); }, false},
+        {"BarSummaryColCalc", [&] { g.call(L"BarSummaryColCalc", {I4(1)}); }, true},
+        {"CellTextSet with Redraw on", [&] { g.call(L"CellTextSet", {I4(0), I4(1), Str(L"8")}); }, true},
+        {"RowsSet, whose Change recalculates", [&] { off(); g.call(L"RowsSet", {I4(50)}); }, true},
+        {"RowAdd", [&] { off(); g.call(L"RowAdd", {Str(L"x"), I4(0)}); }, true},
+        {"GridReset", [&] { off(); g.call(L"GridReset"); }, true},
+        {"GridRefresh", [&] { off(); g.call(L"GridRefresh"); }, true},
+        {"BarHeaderSort", [&] { off(); g.call(L"BarHeaderSort"); }, true},
+        {"GridSave", [&] { off(); g.call(L"GridSave", {Str(path), Str(L"x")}); }, true},
+        {"GridLoad", [&] { off(); g.call(L"GridLoad", {Str(path)}); }, true},
+        {"GridRedraw(True)", [&] { off(); g.call(L"GridRedraw", {Bool(true)}); }, true},
+    };
+    for (const auto &[what, call, marks] : steps) {
+        pump();
+        ValidateRect(w, nullptr);
+        call();
+        EXPECT_EQ(marks, GetUpdateRect(w, nullptr, FALSE) != 0) << what;
+    }
+    DeleteFileW(path.c_str());
+
+    // Columns added with Redraw off: the scroll bar learns of them when Redraw comes back.
+    pump();
+    off();
+    g.call(L"ColsSet", {I4(12)});
+    pump();
+    EXPECT_NE(11, scroll_info(w, SB_HORZ).nMax);
+    g.call(L"GridRedraw", {Bool(true)});
+    pump();
+    EXPECT_EQ(11, scroll_info(w, SB_HORZ).nMax);
+}
+
 TEST_F(GridCheckTest, BothValueKeysAreWrittenAndTheLaterOneReadDecides)
 {
     Hosted &c = place(kCheckProgId);
     EXPECT_EQ(kNew, state(c));
-    EXPECT_TRUE(c.save_bag()->keys().empty()); // every key equals its default
+    // Saved unchanged, every key is stored with its default.
+    ComPtr<Bag> fresh = c.save_bag();
+    EXPECT_EQ((std::vector<std::wstring>{L"ENABLED", L"VALUE", L"Value", L"BackColor"}), fresh->keys());
+    EXPECT_EQ((std::vector<long long>{-1, 0, 0, static_cast<int32_t>(0x8000000F)}),
+              (std::vector<long long>{as_integer(fresh->get(L"ENABLED")), as_integer(fresh->get(L"VALUE")),
+                                      as_integer(fresh->get(L"Value")), as_integer(fresh->get(L"BackColor"))}));
+    EXPECT_EQ(VT_BOOL, V_VT(fresh->get(L"ENABLED").get()));
     c.put(L"Value", I2(1));
     c.put(L"Enabled", Bool(false));
     c.put(L"BACKCOLOR", ole(0x00112233));

@@ -273,15 +273,15 @@ TEST_F(Editors, EachEditorOpensOverTheCellAndCommitsItsValueAsCellText)
     open(c, EditorKind::Check, L"");
     ComPtr<Igrdchk> box = static_cast<framGrdchkBOX &>(c.editors.Editor(EditorKind::Check)).Box();
     ASSERT_TRUE(box);
-    box->put_Value(1);
+    box->put_Value(CheckValues(1));
     c.editors.Hide();
     EXPECT_EQ(L" a", c.cell);
     EXPECT_EQ(L"webdings", c.font);
     open(c, EditorKind::Check, L" a");
-    short v = -1;
+    CheckValues v = CheckValues(-1);
     box->get_Value(&v);
-    EXPECT_EQ(1, v);
-    box->put_Value(0);
+    EXPECT_EQ(1, int(v));
+    box->put_Value(CheckValues(0));
     c.editors.Hide();
     EXPECT_EQ(L"", c.cell);
 }

@@ -1,6 +1,6 @@
 // libFuzzer target for the grid file loader: any bytes must load without a crash, a hang or
 // unbounded memory, and the grid they leave must survive the operations that follow a load.
-#include "grid/cell_engine.h"
+#include "grid/engine/cell_engine.h"
 #include "grid/column_types.h"
 #include "grid/grid_file.h"
 #include "grid/summary_bar.h"
@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 
     CellEngine cells(0, 0);
     SummaryBar summary(cells);
-    cells.SetObserver(&summary);
+    cells.SetObserver(&summary.Totals());
     LoadGridFileBytes(bytes, cells, types);
 
     // Every read consumed at least one byte: the filled cells are bounded by the input.

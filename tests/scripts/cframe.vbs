@@ -31,6 +31,14 @@ f.TopLightShadowColor = &H8000000F
 Check Hex(f.TopLightShadowColor) = "8000000F", "a system colour is kept as it was given"
 f.Alignment = 2
 Check f.Alignment = 2, "Alignment written and read"
+f.Alignment = 70000
+Check f.Alignment = 2, "an enumeration does not widen what Alignment takes: past 16 bits is skipped"
+f.Alignment = 7
+Check f.Alignment = 7, "a value outside the enumeration is taken as before"
+f.Alignment = -3
+Check f.Alignment = -3, "negative ones too"
+f.Alignment = 2
+Check f = "From VBScript", "the caption is the default member"
 Check f.Font.Name <> "", "the caption's font is a font object"
 
 ' Values the properties cannot take are skipped: no error reaches the script.

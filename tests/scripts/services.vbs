@@ -38,6 +38,7 @@ Check s.hwnd = 0 And s.CallWndProc(36, 0, 0) = 0, "nothing hooked: CallWndProc a
 Set m = CreateObject("TarnControls.mnutxt")
 m.hwnd = 12345
 Check m.hwnd = 12345, "mnutxt.hwnd written and read"
+Check TypeName(m.hwnd) = "Long", "a handle reaches a script as a Long, in 64-bit hosts too"
 m.hwnd = 0
 m.Subclass
 m.UnSubClass

@@ -6,6 +6,8 @@
 
 #include <windows.h>
 #include <ocidl.h>
+#include <objsafe.h>
+#include <shellapi.h>
 
 #include <fstream>
 #include <set>
@@ -14,8 +16,10 @@
 
 #include "foundation/handles.h"
 #include "runtime/com.h"
+#include "runtime/property_page.h"
 #include "support/control_test.h"
 #include "tarnctls_h.h"
+#include "tarnctls_version.h"
 
 using namespace tarn;
 
@@ -91,43 +95,94 @@ void collect(HKEY root, const std::wstring &key, std::set<std::wstring> &out)
 }
 
 const wchar_t *const kPlatform = sizeof(void *) == 8 ? L"win64" : L"win32";
+const std::wstring kSafeForScripting = L"{7DD95801-9882-11CF-9FA9-00AA006C42C4}";
+const std::wstring kSafeForInitializing = L"{7DD95802-9882-11CF-9FA9-00AA006C42C4}";
+
+// What a new object of the class answers: its misc status, and whether it declares itself safe.
+struct Answers {
+    DWORD misc = 0;
+    bool safe = false, pages = false;
+};
+Answers answers_of(const CLSID &clsid)
+{
+    // From the DLL itself: a per-user registration is not where Wine looks for classes.
+    Answers a;
+    HMODULE dll = GetModuleHandleW(L"tarnctls.dll");
+    if (!dll) dll = LoadLibraryW(dll_path().c_str());
+    auto get = reinterpret_cast<HRESULT(WINAPI *)(REFCLSID, REFIID, void **)>(
+        reinterpret_cast<void *>(GetProcAddress(dll, "DllGetClassObject")));
+    ComPtr<IClassFactory> factory;
+    ComPtr<IOleObject> ole;
+    if (get) get(clsid, IID_IClassFactory, factory.put_void());
+    if (factory) factory->CreateInstance(nullptr, IID_IOleObject, ole.put_void());
+    EXPECT_TRUE(ole);
+    if (!ole) return a;
+    ole->GetMiscStatus(DVASPECT_CONTENT, &a.misc);
+    a.safe = static_cast<bool>(ole.as<IUnknown>(IID_IObjectSafety));
+    a.pages = static_cast<bool>(ole.as<IUnknown>(IID_ISpecifyPropertyPages));
+    return a;
+}
+
+// The types of the DLL's type library: kind, GUID and name of each.
+struct TypeEntry {
+    TYPEKIND kind;
+    GUID guid;
+    std::wstring name;
+};
+std::vector<TypeEntry> types_of(const std::wstring &dll)
+{
+    std::vector<TypeEntry> out;
+    ComPtr<ITypeLib> tl;
+    EXPECT_EQ(S_OK, LoadTypeLibEx(dll.c_str(), REGKIND_NONE, tl.put()));
+    for (UINT i = 0; tl && i < tl->GetTypeInfoCount(); ++i) {
+        ComPtr<ITypeInfo> info;
+        TYPEATTR *ta = nullptr;
+        if (FAILED(tl->GetTypeInfo(i, info.put())) || FAILED(info->GetTypeAttr(&ta))) continue;
+        Bstr name;
+        tl->GetDocumentation(static_cast<INT>(i), name.put(), nullptr, nullptr, nullptr);
+        out.push_back({ta->typekind, ta->guid, name.str()});
+        info->ReleaseTypeAttr(ta);
+    }
+    return out;
+}
 
 // Under `root`: every coclass of the DLL's type library with its CLSID keys and ProgIDs, the
 // type library itself and its dispatch interfaces.
 void expect_registered(HKEY root)
 {
     const std::wstring path = dll_path();
-    ComPtr<ITypeLib> tl;
-    ASSERT_EQ(S_OK, LoadTypeLibEx(path.c_str(), REGKIND_NONE, tl.put()));
     int classes = 0;
-    for (UINT i = 0; i < tl->GetTypeInfoCount(); ++i) {
-        ComPtr<ITypeInfo> info;
-        TYPEATTR *ta = nullptr;
-        ASSERT_EQ(S_OK, tl->GetTypeInfo(i, info.put()));
-        ASSERT_EQ(S_OK, info->GetTypeAttr(&ta));
-        const GUID guid = ta->guid;
-        const TYPEKIND kind = ta->typekind;
-        info->ReleaseTypeAttr(ta);
-        if (kind == TKIND_DISPATCH) {
+    for (const TypeEntry &t : types_of(path)) {
+        const GUID guid = t.guid;
+        if (t.kind == TKIND_DISPATCH) {
             EXPECT_TRUE(exists(root, L"Interface\\" + guid_text(guid)));
         }
-        if (kind != TKIND_COCLASS) continue;
+        if (t.kind != TKIND_COCLASS) continue;
         ++classes;
-        Bstr name;
-        tl->GetDocumentation(static_cast<INT>(i), name.put(), nullptr, nullptr, nullptr);
-        const std::wstring key = L"CLSID\\" + guid_text(guid), progid = L"TarnControls." + name.str();
-        EXPECT_EQ(path, value(root, key + L"\\InprocServer32")) << test::narrow(name.str());
+        const std::wstring key = L"CLSID\\" + guid_text(guid), progid = L"TarnControls." + t.name;
+        EXPECT_EQ(path, value(root, key + L"\\InprocServer32")) << test::narrow(t.name);
         EXPECT_EQ(L"Apartment", value(root, key + L"\\InprocServer32", L"ThreadingModel"));
         EXPECT_EQ(progid + L".1", value(root, key + L"\\ProgID"));
         EXPECT_EQ(progid, value(root, key + L"\\VersionIndependentProgID"));
         EXPECT_EQ(guid_text(LIBID_TarnControls), value(root, key + L"\\TypeLib"));
         EXPECT_EQ(L"1.0", value(root, key + L"\\Version"));
-        EXPECT_NE(L"<none>", value(root, key + L"\\MiscStatus\\1"));
+        // What the object answers, in the registry: status, verbs, safety.
+        Answers a = answers_of(guid);
+        EXPECT_EQ(std::to_wstring(a.misc), value(root, key + L"\\MiscStatus\\1"));
+        EXPECT_EQ(L"&Edit,0,2", value(root, key + L"\\Verb\\0"));
+        // Every public control has its icon (server/icons.rc lists it).
+        EXPECT_EQ(exists(root, key + L"\\Control"), exists(root, key + L"\\DefaultIcon"));
+        EXPECT_EQ(a.pages ? L"&Properties...,0,2" : L"<none>", value(root, key + L"\\Verb\\1"));
+        EXPECT_EQ(a.safe, exists(root, key + L"\\Implemented Categories\\" + kSafeForScripting));
+        EXPECT_EQ(a.safe, exists(root, key + L"\\Implemented Categories\\" + kSafeForInitializing));
         EXPECT_EQ(guid_text(guid), value(root, progid + L"\\CLSID"));
         EXPECT_EQ(progid + L".1", value(root, progid + L"\\CurVer"));
         EXPECT_EQ(guid_text(guid), value(root, progid + L".1\\CLSID"));
     }
     EXPECT_LT(0, classes);
+    const std::wstring page = L"CLSID\\" + guid_text(CLSID_TarnGeneralPage);
+    EXPECT_EQ(path, value(root, page + L"\\InprocServer32"));
+    EXPECT_EQ(L"Apartment", value(root, page + L"\\InprocServer32", L"ThreadingModel"));
     EXPECT_EQ(path, value(root, L"TypeLib\\" + guid_text(LIBID_TarnControls) + L"\\1.0\\0\\" + kPlatform));
 }
 
@@ -145,6 +200,12 @@ TEST(Registration, PublicControlsCarryWhatToolboxesLookForAndPrivateOnesDoNot)
     int id = _wtoi(bitmap.substr(bitmap.find(L", ") + 2).c_str());
     EXPECT_TRUE(FindResourceW(dll, MAKEINTRESOURCEW(id), reinterpret_cast<LPCWSTR>(RT_BITMAP)));
     FreeLibrary(dll);
+    // Its icon is in the DLL too.
+    std::wstring icon = value(HKEY_CLASSES_ROOT, key + L"\\DefaultIcon");
+    ASSERT_EQ(0u, icon.find(dll_path() + L",-")) << test::narrow(icon);
+    HICON extracted = ExtractIconW(nullptr, dll_path().c_str(), _wtoi(icon.substr(icon.find(L",-") + 1).c_str()));
+    EXPECT_TRUE(extracted != nullptr && extracted != reinterpret_cast<HICON>(1));
+    if (extracted) DestroyIcon(extracted);
     // The window hook service is registered (as every class is) for the library's own use: out
     // of every toolbox.
     EXPECT_FALSE(exists(HKEY_CLASSES_ROOT, L"CLSID\\" + guid_text(CLSID_Subclass) + L"\\Control"));
@@ -181,6 +242,8 @@ TEST(Registration, PerMachineAndPerUserWriteEveryKeyAndUnregisteringLeavesNone)
 // copies this very program into a fresh folder as the client and runs the client part there.
 TEST(SideBySide, AClientWithTheManifestCreatesAFrameFromTheCopyBesideIt)
 {
+    // Nothing registered: the client finds everything through the manifest alone.
+    ASSERT_EQ(0u, regsvr32(L"/u"));
     wchar_t temp[MAX_PATH];
     GetTempPathW(MAX_PATH, temp);
     const std::wstring dir = std::wstring(temp) + L"tarn-regfree-" + std::to_wstring(GetCurrentProcessId());
@@ -188,7 +251,7 @@ TEST(SideBySide, AClientWithTheManifestCreatesAFrameFromTheCopyBesideIt)
     ASSERT_TRUE(CopyFileW(exe_path().c_str(), (dir + L"\\client.exe").c_str(), FALSE));
     for (const wchar_t *file : {L"\\tarnctls.dll", L"\\tarnctls.manifest"})
         ASSERT_TRUE(CopyFileW((dir_of(exe_path()) + file).c_str(), (dir + file).c_str(), FALSE));
-    const std::string identity = std::string("type=\"win32\" version=\"1.0.0.0\" processorArchitecture=\"") +
+    const std::string identity = std::string("type=\"win32\" version=\"" TARN_VERSION_TEXT "\" processorArchitecture=\"") +
                                  (sizeof(void *) == 8 ? "amd64" : "x86") + "\"";
     std::ofstream((dir + L"\\client.exe.manifest").c_str())
         << "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
@@ -201,6 +264,7 @@ TEST(SideBySide, AClientWithTheManifestCreatesAFrameFromTheCopyBesideIt)
     EXPECT_EQ(0u, run(L"\"" + dir + L"\\client.exe\" --gtest_also_run_disabled_tests --gtest_filter=SideBySideClient.*",
                       dir.c_str()))
         << "the client part failed (its output is above)";
+    ASSERT_EQ(0u, regsvr32(L"")); // the other tests use the machine's registration
 }
 
 // The client part, run only by the test above in the copied program: the object's code comes
@@ -219,6 +283,33 @@ TEST(SideBySideClient, DISABLED_CreatesAFrameFromTheDllBesideIt)
     EXPECT_EQ(dir_of(exe_path()) + L"\\tarnctls.dll", path);
 }
 
+// The client part, too: the status a host reads through the registry API is what each object
+// answers, and the property page is there for a property frame.
+TEST(SideBySideClient, DISABLED_ReadsEachObjectsStatusAndCreatesThePage)
+{
+    int classes = 0;
+    for (const TypeEntry &t : types_of(dir_of(exe_path()) + L"\\tarnctls.dll")) {
+        if (t.kind != TKIND_COCLASS) continue;
+        const GUID clsid = t.guid;
+        ++classes;
+        SCOPED_TRACE(test::narrow(guid_text(clsid)));
+        DWORD from_registry = 0xdeadbeef, content = 0xdeadbeef, icon = 0xdeadbeef;
+        ASSERT_EQ(S_OK, OleRegGetMiscStatus(clsid, DVASPECT_CONTENT, &from_registry));
+        ComPtr<IOleObject> ole;
+        ASSERT_EQ(S_OK, CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject, ole.put_void()));
+        ASSERT_EQ(S_OK, ole->GetMiscStatus(DVASPECT_CONTENT, &content));
+        EXPECT_EQ(content, from_registry);
+        EXPECT_NE(0u, from_registry);
+        ASSERT_EQ(S_OK, ole->GetMiscStatus(DVASPECT_ICON, &icon));
+        EXPECT_EQ(S_OK, OleRegGetMiscStatus(clsid, DVASPECT_ICON, &from_registry));
+        EXPECT_EQ(icon, from_registry);
+    }
+    EXPECT_LT(0, classes);
+    ComPtr<IPropertyPage> page;
+    EXPECT_EQ(S_OK, CoCreateInstance(CLSID_TarnGeneralPage, nullptr, CLSCTX_INPROC_SERVER, IID_IPropertyPage,
+                                     page.put_void()));
+}
+
 // atl.dll's AtlAxWin window class creates the frame by ProgID, activates it in place in its
 // window, and the frame draws there.
 TEST(AtlAxWin, HostsActivatesAndPaintsAFrame)
@@ -232,7 +323,7 @@ TEST(AtlAxWin, HostsActivatesAndPaintsAFrame)
     HWND ax = CreateWindowExW(0, L"AtlAxWin", L"TarnControls.cframe", WS_CHILD | WS_VISIBLE, 10, 10, 200, 30,
                               form.hwnd(), nullptr, nullptr, nullptr);
     ASSERT_TRUE(ax);
-    host::pump(50);
+    host::pump();
     ComPtr<IUnknown> control;
     ASSERT_EQ(S_OK, get_control(ax, control.put()));
     // In place, in a window of its own inside the container's window.
@@ -251,11 +342,10 @@ TEST(AtlAxWin, HostsActivatesAndPaintsAFrame)
     EXPECT_EQ(GetSysColor(COLOR_3DDKSHADOW), picture.pixel(r.right - 1, r.bottom - 1));
     // Resizing the container's window resizes the control's.
     MoveWindow(ax, 10, 10, 300, 40, TRUE);
-    host::pump(50);
-    GetClientRect(own, &r);
+    test::pump_until([&] { return GetClientRect(own, &r) && r.right == 300; });
     EXPECT_EQ(300, r.right);
     control.reset();
     window.reset();
     DestroyWindow(ax);
-    host::pump(50);
+    host::pump();
 }

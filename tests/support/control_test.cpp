@@ -83,6 +83,17 @@ void allow_self_sizing(Container &form)
     form.allow_site_call(L"IOleInPlaceSite::OnPosRectChange");
 }
 
+bool pump_until(const std::function<bool()> &done, DWORD limit_ms)
+{
+    DWORD start = GetTickCount();
+    for (;;) {
+        pump();
+        if (done()) return true;
+        if (GetTickCount() - start >= limit_ms) return false;
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+    }
+}
+
 HRESULT dll_can_unload_now()
 {
     HMODULE dll = GetModuleHandleW(L"tarnctls.dll");

@@ -4,6 +4,7 @@
 #pragma once
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -79,6 +80,10 @@ inline std::string narrow(const std::wstring &w) { return std::string(w.begin(),
 void mouse(HWND hwnd, UINT msg, int x, int y, WPARAM keys = 0);
 // A full click (down and up) with the left button at (x, y).
 void click(HWND hwnd, int x, int y);
+
+// Runs the message loop until `done` holds (true) or `limit_ms` passed (false): for what
+// arrives through the system's queues (injected input), never a fixed wait.
+bool pump_until(const std::function<bool()> &done, DWORD limit_ms = 10000);
 
 // The DLL's own entry point, for DllCanUnloadNow checks.
 HRESULT dll_can_unload_now();

@@ -196,4 +196,38 @@ long ProcessWindows()
     return n;
 }
 
+long ProcessHandles()
+{
+    DWORD n = 0;
+    if (GetProcessHandleCount(GetCurrentProcess(), &n) && n > 0) return static_cast<long>(n);
+    // Wine answers 0: count the handle values that name an object instead. Handles are
+    // multiples of 4 handed out from the bottom, so the search stops well past the last one.
+    long valid = 0;
+    ULONG_PTR last = 0;
+    for (ULONG_PTR h = 4; h < last + 0x2000 && h < 0x1000000; h += 4) {
+        DWORD flags = 0;
+        if (GetHandleInformation(reinterpret_cast<HANDLE>(h), &flags)) {
+            ++valid;
+            last = h;
+        }
+    }
+    return valid;
+}
+
+long long ProcessHeapBytes()
+{
+    HANDLE heaps[256];
+    DWORD count = GetProcessHeaps(256, heaps);
+    if (count == 0 || count > 256) return -1;
+    long long used = 0;
+    for (DWORD i = 0; i < count; ++i) {
+        if (!HeapLock(heaps[i])) continue;
+        PROCESS_HEAP_ENTRY e{};
+        while (HeapWalk(heaps[i], &e))
+            if (e.wFlags & PROCESS_HEAP_ENTRY_BUSY) used += e.cbData;
+        HeapUnlock(heaps[i]);
+    }
+    return used;
+}
+
 } // namespace tarn::test

@@ -25,6 +25,10 @@ public:
 
 long ProcessGdiObjects();
 long ProcessWindows();
+// Kernel handles the process holds (counted one by one where the platform will not say).
+long ProcessHandles();
+// Bytes in use in all the process's heaps (HeapWalk); -1 when the heaps cannot be walked.
+long long ProcessHeapBytes();
 
 // All the counts above, taken when it is made. changes() names each count that differs now
 // ("DLL GDI objects: 12 -> 13"), so a test checks in one line that repeated work gave
