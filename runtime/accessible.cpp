@@ -1,14 +1,13 @@
 #include "runtime/accessible.h"
 
-#include "runtime/com_object.h"
+#include "runtime/accessible_base.h"
 #include "runtime/guarded.h"
 
 #include <new>
-#include "runtime/module.h"
 
 namespace tarn {
 
-class AccessibleObject final : public ComObject<IAccessible> {
+class AccessibleObject final : public AccessibleBase {
 public:
     AccessibleObject(HWND hwnd, AccessibleOwner *owner) : owner_(owner)
     {
@@ -18,29 +17,6 @@ public:
     {
         owner_ = nullptr;
         standard_.reset();
-    }
-
-    void *query_more(REFIID riid) override // IAccessible is a dual interface
-    {
-        return riid == IID_IDispatch ? static_cast<IAccessible *>(this) : nullptr;
-    }
-
-    // IDispatch: clients use the vtable; late binding is not offered.
-    STDMETHODIMP GetTypeInfoCount(UINT *n) override
-    {
-        if (!n) return E_POINTER;
-        *n = 0;
-        return S_OK;
-    }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo **info) override
-    {
-        if (info) *info = nullptr;
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR *, UINT, LCID, DISPID *) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS *, VARIANT *, EXCEPINFO *, UINT *) override
-    {
-        return E_NOTIMPL;
     }
 
     // IAccessible: what the control says of itself.
@@ -88,12 +64,31 @@ public:
     {
         if (!out) return E_POINTER;
         *out = 0;
-        return owner_ ? S_OK : CO_E_OBJNOTCONNECTED;
+        if (!owner_) return CO_E_OBJNOTCONNECTED;
+        return guarded([&] {
+            *out = owner_->accessible_child_count();
+            return S_OK;
+        });
     }
-    STDMETHODIMP get_accChild(VARIANT, IDispatch **out) override
+    STDMETHODIMP get_accChild(VARIANT child, IDispatch **out) override
     {
-        if (out) *out = nullptr;
-        return owner_ ? S_FALSE : CO_E_OBJNOTCONNECTED;
+        if (!out) return E_POINTER;
+        *out = nullptr;
+        if (!owner_) return CO_E_OBJNOTCONNECTED;
+        if (V_VT(&child) != VT_I4) return E_INVALIDARG;
+        return guarded([&] {
+            *out = owner_->accessible_child(V_I4(&child)).detach();
+            return *out ? S_OK : S_FALSE;
+        });
+    }
+    STDMETHODIMP get_accFocus(VARIANT *out) override
+    {
+        if (!out) return E_POINTER;
+        VariantInit(out);
+        if (!owner_) return CO_E_OBJNOTCONNECTED;
+        HRESULT own = guarded([&] { return owner_->accessible_focus(out) ? S_OK : S_FALSE; });
+        if (own == S_OK) return S_OK;
+        return std_variant(out, [&](IAccessible *s) { return s->get_accFocus(out); });
     }
 
     // The rest: the standard object of the window.
@@ -103,7 +98,6 @@ public:
     {
         return std_call(file, [&](IAccessible *s) { return s->get_accHelpTopic(file, c, topic); });
     }
-    STDMETHODIMP get_accFocus(VARIANT *out) override { return std_variant(out, [&](IAccessible *s) { return s->get_accFocus(out); }); }
     STDMETHODIMP get_accSelection(VARIANT *out) override { return std_variant(out, [&](IAccessible *s) { return s->get_accSelection(out); }); }
     STDMETHODIMP accSelect(long flags, VARIANT c) override { return std_plain([&](IAccessible *s) { return s->accSelect(flags, c); }); }
     STDMETHODIMP accLocation(long *x, long *y, long *w, long *h, VARIANT c) override
@@ -118,11 +112,7 @@ public:
     {
         return std_variant(out, [&](IAccessible *s) { return s->accHitTest(x, y, out); });
     }
-    STDMETHODIMP put_accName(VARIANT, BSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP put_accValue(VARIANT, BSTR) override { return E_NOTIMPL; }
-
 private:
-    static bool is_self(const VARIANT &child) { return V_VT(&child) == VT_I4 && V_I4(&child) == CHILDID_SELF; }
 
     template <class F> HRESULT own_string(const VARIANT &child, BSTR *out, F &&read)
     {
@@ -173,7 +163,6 @@ private:
         return guarded([&] { return call(standard_.get()); });
     }
 
-    module::ObjectCount count_;
     AccessibleOwner *owner_;
     ComPtr<IAccessible> standard_;
 };

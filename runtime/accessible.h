@@ -3,7 +3,8 @@
 // description, role, state, value and default action. What the owner leaves empty, and
 // everything else (location, navigation, hit testing), comes from the system's standard
 // object for the window. UserControl is the owner for every control (user_control.h); a
-// control only overrides the few answers that differ.
+// control only overrides the few answers that differ. A control that shows a table gives its
+// rows and cells as children (accessible_table.h).
 #pragma once
 #include <windows.h>
 #include <oleacc.h>
@@ -26,6 +27,12 @@ public:
     virtual long accessible_state() = 0;  // STATE_SYSTEM_* flags
     virtual std::wstring accessible_default_action() = 0;
     virtual void accessible_do_default() = 0;
+    // Children of its own (a table's rows), numbered from 1; none by default.
+    virtual long accessible_child_count() { return 0; }
+    virtual ComPtr<IDispatch> accessible_child(long id) { return {}; }
+    // The focused object when the control names it itself (a cell, an editor's window's
+    // object); false leaves the answer to the standard object.
+    virtual bool accessible_focus(VARIANT *out) { return false; }
 };
 
 class AccessibleObject;

@@ -277,6 +277,11 @@ protected:
     virtual std::wstring AccessibleValue() { return std::wstring(); }
     virtual std::wstring DefaultAction() { return std::wstring(); }
     virtual void DoDefaultAction() {}
+    // Children of the accessible object, numbered from 1 (a table's rows), and the focused
+    // object where the control names it (accessible.h); none by default.
+    virtual long AccessibleChildCount() { return 0; }
+    virtual ComPtr<IDispatch> AccessibleChild(long id) { return {}; }
+    virtual bool AccessibleFocus(VARIANT *out) { return false; }
     // Names for the values of property `id` when it is no enumeration (palette numbers, column
     // types): the General page and hosts' property browsers offer them. Empty: none.
     virtual std::vector<NamedValue> PropertyValueNames(DISPID id) { return {}; }
@@ -390,6 +395,9 @@ private:
     long accessible_state() override;
     std::wstring accessible_default_action() override;
     void accessible_do_default() override;
+    long accessible_child_count() override { return AccessibleChildCount(); }
+    ComPtr<IDispatch> accessible_child(long id) override { return AccessibleChild(id); }
+    bool accessible_focus(VARIANT *out) override { return AccessibleFocus(out); }
 
     static const wchar_t *window_class();
     static LRESULT CALLBACK window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp);

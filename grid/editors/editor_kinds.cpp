@@ -18,7 +18,7 @@ const wchar_t *EditorName(EditorKind kind)
     return L"";
 }
 
-EditorKind EditorForTypeCode(int32_t code)
+std::optional<EditorKind> EditorForTypeCode(int32_t code)
 {
     // The order the codes are tried in; the first match opens its editor.
     static constexpr struct {
@@ -30,13 +30,13 @@ EditorKind EditorForTypeCode(int32_t code)
     };
     for (const auto &entry : kOrder)
         if (entry.code == code) return entry.kind;
-    return EditorKind::Text;
+    if (code == kColText) return EditorKind::Text;
+    return std::nullopt;
 }
 
-EditorKind EditorForColumn(const ColumnTypes &types, int32_t col)
+std::optional<EditorKind> EditorForColumn(const ColumnTypes &types, int32_t col)
 {
-    // Only columns the table holds are looked up.
-    if (!ColumnTypes::valid(col)) return EditorKind::Text;
+    // Only columns the table holds are looked up; the others read as 0.
     return EditorForTypeCode(types.Get(col));
 }
 

@@ -2,6 +2,7 @@
 // type opens. Pure: no window here.
 #pragma once
 #include <cstdint>
+#include <optional>
 
 namespace tarn {
 
@@ -22,9 +23,9 @@ constexpr int kEditorKinds = 7;
 const wchar_t *EditorName(EditorKind kind);
 
 // The editor column `col` opens. The type codes are tried in the order 1, 6, 4, 2, 5, 3 and the
-// first that matches wins; anything else (0, unknown codes, a column past the table) opens the
-// text box.
-EditorKind EditorForColumn(const ColumnTypes &types, int32_t col);
-EditorKind EditorForTypeCode(int32_t code);
+// first that matches wins; 0 (also the code of a column past the table) opens the text box, and
+// a code the grid has no editor for opens none.
+std::optional<EditorKind> EditorForColumn(const ColumnTypes &types, int32_t col);
+std::optional<EditorKind> EditorForTypeCode(int32_t code);
 
 } // namespace tarn

@@ -2,6 +2,7 @@
 // the commit rules and the menus.
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,21 +21,21 @@ std::vector<EditorStep> steps_of(const KeySteps &s) { return {s.step, s.step + s
 
 } // namespace
 
-TEST(EditorDispatch, EachTypeCodeOpensItsEditorAndEverythingElseTheTextBox)
+TEST(EditorDispatch, EachTypeCodeOpensItsEditorZeroTheTextBoxAndAnUnknownCodeNone)
 {
     ColumnTypes types;
     const struct {
         int32_t code;
-        EditorKind kind;
+        std::optional<EditorKind> kind;
     } cases[] = {{0, EditorKind::Text},     {1, EditorKind::Date},   {2, EditorKind::ImageList},
                  {3, EditorKind::Check},    {4, EditorKind::List},   {5, EditorKind::Percent},
-                 {6, EditorKind::Time},     {7, EditorKind::Text},   {-1, EditorKind::Text},
-                 {INT32_MAX, EditorKind::Text}};
+                 {6, EditorKind::Time},     {7, std::nullopt},       {-1, std::nullopt},
+                 {INT32_MAX, std::nullopt}};
     for (const auto &c : cases) {
         types.Set(10000, c.code);
         EXPECT_EQ(c.kind, EditorForColumn(types, 10000)) << c.code;
     }
-    // Past the table (or before it) nothing is looked up: the text box.
+    // Past the table (or before it) nothing is looked up: code 0, the text box.
     types.Set(3, 1);
     EXPECT_EQ(EditorKind::Date, EditorForColumn(types, 3));
     EXPECT_EQ(EditorKind::Text, EditorForColumn(types, 10001));
