@@ -424,11 +424,16 @@ void grid::Click()
 {
     raise(ev::Click);
     // A click on the header bar (not on a column's edge) sorts by the column under it.
+    // A host that sorts in its SortClick handler (BarHeaderSort) sorts once: the grid sorts only
+    // when the handler did not.
     if (pressed_in_header_ && sizing_col_ < 0) {
         box_hide();
-        step([&] { model_.BarHeaderSort(); });
-        changed();
+        header_sorted_ = false;
         raise(ev::SortClick);
+        if (!header_sorted_) {
+            step([&] { model_.BarHeaderSort(); });
+            changed();
+        }
     }
     sizing_col_ = -1;
 }
@@ -813,7 +818,11 @@ STDMETHODIMP grid::GridRefresh() { return run([&] { model_.GridRefresh(); }); }
 STDMETHODIMP grid::GridShow() { return run([&] { model_.GridShow(); }); }
 STDMETHODIMP grid::GridHide() { return run([&] { model_.GridHide(); }); }
 STDMETHODIMP grid::SortFlex(long ColNo) { return run([&] { model_.SortFlex(ColNo); }); }
-STDMETHODIMP grid::BarHeaderSort() { return run([&] { model_.BarHeaderSort(); }); }
+STDMETHODIMP grid::BarHeaderSort()
+{
+    header_sorted_ = true;
+    return run([&] { model_.BarHeaderSort(); });
+}
 STDMETHODIMP grid::BarHeaderCaptionSet(long ColNo, BSTR c) { return run([&] { model_.BarHeaderCaptionSet(ColNo, from_bstr(c)); }); }
 STDMETHODIMP grid::BarHeaderCaptionRead(long ColNo, BSTR *r) { return get_string(r, [&] { return model_.BarHeaderCaptionRead(ColNo); }); }
 STDMETHODIMP grid::BarHeaderRefresh() { return run([] {}); } // the header follows the column widths at every paint

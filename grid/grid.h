@@ -228,6 +228,7 @@ private:
     GridEditors editors_{editor_host_};
     // A column's edge being dragged in the header bar: its column, else -1.
     int32_t sizing_col_ = -1;
+    bool header_sorted_ = false; // BarHeaderSort ran (a host's SortClick handler sorted)
     int16_t mouse_pointer_ = 0;
     int32_t mouse_row_ = 0, mouse_col_ = 0;
     bool pressed_in_header_ = false;
