@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "foundation/metrics.h"
+#include "grid_calls.h"
 #include "support/control_test.h"
 #include "support/resource_counts.h"
 #include "tarnctls_h.h"
@@ -21,10 +22,6 @@ using namespace tarn::test;
 
 namespace {
 
-constexpr wchar_t kGridProgId[] = L"TarnControls.grid";
-
-std::wstring text(Hosted &g, long row, long col) { return as_string(g.call(L"CellTextRead", {I4(row), I4(col)})); }
-long number(Hosted &g, const wchar_t *method) { return static_cast<long>(as_integer(g.call(method))); }
 
 class GridTest : public ControlTest {
 protected:

@@ -7,6 +7,7 @@
 #include <oleacc.h>
 
 #include "foundation/metrics.h"
+#include "grid_calls.h"
 #include "support/control_test.h"
 
 #include <cmath>
@@ -16,10 +17,6 @@ using namespace tarn::test;
 
 namespace {
 
-constexpr wchar_t kGridProgId[] = L"TarnControls.grid";
-
-std::wstring text(Hosted &g, long row, long col) { return as_string(g.call(L"CellTextRead", {I4(row), I4(col)})); }
-long number(Hosted &g, const wchar_t *method) { return static_cast<long>(as_integer(g.call(method))); }
 std::pair<long, long> current(Hosted &g) { return {number(g, L"RowCurrent"), number(g, L"ColCurrent")}; }
 
 // The grid's one visible child window: the open editor (null when none is open).
