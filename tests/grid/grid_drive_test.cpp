@@ -11,6 +11,7 @@
 #include "support/control_test.h"
 
 #include <cmath>
+#include <tuple>
 
 using namespace tarn;
 using namespace tarn::test;
@@ -127,6 +128,19 @@ TEST_F(GridDrive, EachTypeCodeOpensItsEditorOverTheCurrentCellAndBoxHideClosesIt
     g.call(L"BoxHide");
     EXPECT_EQ(L"typed", text(g, 2, 1));
     EXPECT_EQ(std::vector<std::wstring>{L"ChangeEdited"}, g.log().event_names());
+    // The percentage editor writes and raises Change only when its value changed.
+    g.call(L"ColTypeSet", {I4(1), I4(5)});
+    g.call(L"CellTextSet", {I4(3), I4(1), Str(L"40 %")});
+    for (const auto &[step_up, cell, events] :
+         {std::tuple{false, L"40 %", std::vector<std::wstring>{}},
+          std::tuple{true, L"41 %", std::vector<std::wstring>{L"KeyDown", L"Change", L"ChangeEdited"}}}) {
+        g.call(L"GridSetFocus", {I4(1), I4(3)});
+        g.log().clear_events();
+        if (step_up) SendMessageW(GetFocus(), WM_KEYDOWN, VK_UP, 1); // the editor took the focus
+        g.call(L"BoxHide");
+        EXPECT_EQ(cell, text(g, 3, 1));
+        EXPECT_EQ(events, g.log().event_names()) << step_up;
+    }
     // The lists are filled through the grid.
     g.call(L"ComboAdd", {Str(L"first")});
     g.call(L"ComboAdd", {Str(L"zero"), I4(0)});
