@@ -293,6 +293,14 @@ void grid::EditorHost::CarryOut(EditorStep step)
     owner.changed();
 }
 
+bool grid::EditorHost::EditorTakesFocus()
+{
+    // An editor a host opens while the user works elsewhere on the form does not take the
+    // focus from there (nor UI-activate the grid); the user's own ways in all start in the grid.
+    HWND w = owner.hWnd(), focus = GetFocus();
+    return w && focus && (focus == w || IsChild(w, focus));
+}
+
 void grid::EditorHost::EditorClosed(bool had_focus)
 {
     if (had_focus)

@@ -170,6 +170,7 @@ private:
         void RaiseEvent(DISPID id, EventArgs &args) override { owner.raise(id, args); }
         void CarryOut(EditorStep step) override;
         void EditorClosed(bool had_focus) override;
+        bool EditorTakesFocus() override;
         grid &owner;
     };
 

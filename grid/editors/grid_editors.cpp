@@ -77,7 +77,7 @@ void GridEditors::Show(EditorKind kind, const CellRect &cell)
     step([&] { e.Place(cell); });
     step([&] { e.Load(host_.CurrentCellText()); });
     e.Window().SetVisible(true);
-    step([&] { e.Window().SetFocus(); });
+    if (host_.EditorTakesFocus()) step([&] { e.Window().SetFocus(); });
 }
 
 void GridEditors::Hide()

@@ -43,6 +43,8 @@ public:
     // A key's step that the grid carries out itself: MoveRowDown, MoveRowUp, DeleteRow,
     // AddRowBelow, SummaryCalc, NextColumn.
     virtual void CarryOut(EditorStep step) = 0;
+    // Whether an editor that opens takes the focus (the grid's answer: when it has it itself).
+    virtual bool EditorTakesFocus() { return true; }
     // The editor has closed; `had_focus` when it held the focus (the grid then takes it).
     virtual void EditorClosed(bool had_focus) = 0;
     // Tells the user a character was refused: the message box, OK only, no icon.
