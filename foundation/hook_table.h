@@ -6,6 +6,11 @@
 //   table.Hook(procs, window, owner, shared_proc);   // owner now sees the window's messages
 //   table.Dispatch(procs, window, msg, wp, lp);      // what the shared procedure does
 //   table.Unhook(procs, window);                     // the saved procedure is back
+//
+// Besides its one owner, which answers the messages it watches, a window may have observers:
+// controls that only follow what happens to it (a size grip following the form's size). They
+// hear every message after it was answered and change nothing, so an owner hooking the same
+// window (a resize lock) neither displaces them nor is displaced by them.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -66,6 +71,19 @@ private:
     HookOwner *o_ = nullptr;
 };
 
+// Follows a window's messages without answering them. The table does not count references to
+// observers: an observer stops observing before it goes.
+class HookObserver {
+public:
+    // A message the window has just handled, with the answer it gave.
+    virtual void HookObserved(std::uint32_t msg, std::uintptr_t wp, std::intptr_t lp, HookResult result) = 0;
+    // The window is being destroyed (WM_NCDESTROY): the observer is no longer observing.
+    virtual void HookObserverGone() = 0;
+
+protected:
+    ~HookObserver() = default;
+};
+
 // The platform's window-procedure slot of a window.
 class WindowProcs {
 public:
@@ -82,8 +100,9 @@ protected:
 
 struct HookEntry {
     WindowId window = 0;
-    HookOwnerRef owner;
+    HookOwnerRef owner; // may be empty while observers keep the hook
     ProcAddress previous = 0;
+    std::vector<HookObserver *> observers;
 };
 
 class HookTable {
@@ -93,8 +112,14 @@ public:
     // nothing changed but that unhook) when the window cannot be hooked.
     bool Hook(WindowProcs &procs, WindowId window, HookOwner *owner, ProcAddress shared_proc);
     // Puts back the procedure saved for `window` and drops its entry (and the owner's
-    // reference); nothing when the window is not in the table.
+    // reference); nothing when the window is not in the table. While observers follow the
+    // window only the owner goes: the hook stays for them.
     void Unhook(WindowProcs &procs, WindowId window);
+    // `observer` hears the window's messages from now on (the window is hooked for it if no
+    // one hooked it yet); false when the window cannot be hooked.
+    bool Observe(WindowProcs &procs, WindowId window, HookObserver *observer, ProcAddress shared_proc);
+    // `observer` hears no more; the hook ends when nobody else needs it.
+    void Unobserve(WindowProcs &procs, WindowId window, HookObserver *observer);
     // The shared procedure: the owner's answer for a watched message, the saved procedure's for
     // any other; 0 for a window not in the table. WM_NCDESTROY ends the hook.
     HookResult Dispatch(WindowProcs &procs, WindowId window, std::uint32_t msg, std::uintptr_t wp, std::intptr_t lp);
@@ -109,7 +134,11 @@ public:
     const HookEntry *find(WindowId window) const;
 
 private:
+    HookEntry *find_entry(WindowId window);
     void remove_at(std::size_t index, HookEntry &out);
+    // Drops the entry whatever it holds and puts back the saved procedure.
+    void drop(WindowProcs &procs, WindowId window);
+    bool observing(WindowId window, HookObserver *observer) const;
 
     std::vector<HookEntry> entries_;                      // hooking order
     std::unordered_map<WindowId, std::size_t> positions_; // window -> index into entries_

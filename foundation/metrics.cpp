@@ -1,5 +1,7 @@
 #include "foundation/metrics.h"
 
+#include <cmath>
+
 #include "foundation/checked.h"
 #include "foundation/trap.h"
 
@@ -26,6 +28,9 @@ double screen_tpp(int index)
 }
 
 } // namespace
+
+int ScreenDpiX() { return static_cast<int>(std::lround(1440.0 / TwipsPerPixelX())); }
+int ScreenDpiY() { return static_cast<int>(std::lround(1440.0 / TwipsPerPixelY())); }
 
 const MetricsRecord &ThreadMetrics() { return t_record; }
 

@@ -27,6 +27,9 @@ bool FillMetrics(MetricsRecord &record);
 // The screen's twips per pixel: 15 at 96 DPI, 10 at 144 DPI.
 double TwipsPerPixelX();
 double TwipsPerPixelY();
+// The screen's dots per inch (96 when it cannot be read).
+int ScreenDpiX();
+int ScreenDpiY();
 
 // Refreshes the record, then returns pixels x twips-per-pixel rounded half to even (0 when
 // the product does not fit 32 bits).

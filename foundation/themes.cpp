@@ -1,5 +1,7 @@
 #include "foundation/themes.h"
 
+#include <windows.h>
+
 #include "foundation/numbers.h"
 #include "foundation/registry.h"
 
@@ -28,5 +30,16 @@ std::wstring WindowsVersion()
 }
 
 double WindowsVersionNumber() { return LeadingNumber(WindowsVersion()); }
+
+bool ThemedLook()
+{
+    try {
+        return WindowsVersionNumber() > kThemedAboveVersion;
+    } catch (...) {
+        return false;
+    }
+}
+
+Rgb FaceShade(int32_t amount) { return AdjustColor(GetSysColor(COLOR_BTNFACE), amount, true); }
 
 } // namespace tarn

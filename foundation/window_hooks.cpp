@@ -73,6 +73,30 @@ void UnhookWindow(HWND window)
     release_if_empty();
 }
 
+bool ObserveWindow(HWND window, HookObserver *observer)
+{
+    bool ok = false;
+    try {
+        if (!t_table) t_table = new HookTable();
+        Win32Procs procs;
+        ok = t_table->Observe(procs, reinterpret_cast<WindowId>(window), observer, shared_proc());
+    } catch (...) {
+    }
+    release_if_empty();
+    return ok;
+}
+
+void UnobserveWindow(HWND window, HookObserver *observer)
+{
+    if (!t_table) return;
+    try {
+        Win32Procs procs;
+        t_table->Unobserve(procs, reinterpret_cast<WindowId>(window), observer);
+    } catch (...) {
+    }
+    release_if_empty();
+}
+
 namespace {
 // Runs `step` on the thread's table (0 when there is none), keeping the table alive meanwhile.
 template <class F> LRESULT through_table(F &&step)

@@ -20,7 +20,12 @@ namespace tarn {
 // a zero, destroyed or foreign window.
 void HookWindow(HWND window, HookOwner *owner);
 // Puts back the procedure `window` had before it was hooked; nothing for a window not hooked.
+// (An observed window keeps the hook for its observers.)
 void UnhookWindow(HWND window);
+// `observer` follows `window`'s messages, after its owner or its own procedure answered them;
+// false for a zero, destroyed or foreign window. The observer stops before it goes.
+bool ObserveWindow(HWND window, HookObserver *observer);
+void UnobserveWindow(HWND window, HookObserver *observer);
 // The shared window procedure: 0 for a window that is not in the table.
 LRESULT CALLBACK SubclassWndProc(HWND window, UINT msg, WPARAM wp, LPARAM lp);
 // The answer of the procedure saved for `window` (0 when the window is not hooked).

@@ -1,9 +1,9 @@
 #include "foundation/checked.h"
 #include "frames/cframe.h"
 
-#include "foundation/font_object.h"
 #include "foundation/metrics.h"
 #include "frames/cframe_layout.h"
+#include "runtime/property_values.h"
 
 namespace tarn {
 
@@ -62,11 +62,7 @@ cframe::cframe()
                     &lneRIGHTSHADOW, &lneBOTTOMDARKSHADOW, &lneBOTTOMSHADOW})
         add_constituent(*l);
     add_constituent(lblDESC);
-    // The caption label's own mouse events are the frame's; its double click raises nothing.
-    lblDESC.on_click = [this] { raise(events::Click); };
-    lblDESC.on_mouse_down = [this](int16_t b, int16_t s, float x, float y) { raise_mouse(events::MouseDown, b, s, x, y); };
-    lblDESC.on_mouse_move = [this](int16_t b, int16_t s, float x, float y) { raise_mouse(events::MouseMove, b, s, x, y); };
-    lblDESC.on_mouse_up = [this](int16_t b, int16_t s, float x, float y) { raise_mouse(events::MouseUp, b, s, x, y); };
+    RaiseMouseEventsOf(lblDESC);
 }
 
 void cframe::Initialize()
@@ -76,10 +72,7 @@ void cframe::Initialize()
     SetBackColor(syscolor::ButtonFace);
     SetForeColor(syscolor::WindowText);
     lblDESC.Caption = kDefaultCaption;
-    FontSpec design;
-    design.name = L"Tahoma";
-    design.size = 8.25;
-    lblDESC.Font = ComPtr<IFontDisp>::attach(CreateFontObject(design));
+    lblDESC.Font = DesignFont();
 }
 
 // ---------------------------------------------------------------- persistence
@@ -201,10 +194,7 @@ STDMETHODIMP cframe::putref_Font(IFontDisp *v) { return set_font(v); }
 HRESULT cframe::set_font(IFontDisp *v)
 {
     return put_value(L"FONT", [&] {
-        // A copy of the host's font: later changes to the host's object do not reach the frame.
-        ComPtr<IFontDisp> copy = ComPtr<IFontDisp>::attach(CloneFontObject(v));
-        if (!copy) throw std::invalid_argument("not a font");
-        lblDESC.Font = copy;
+        lblDESC.Font = CopyOfFont(v);
         Invalidate();
     });
 }

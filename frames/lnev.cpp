@@ -3,7 +3,6 @@
 #include <stdexcept>
 
 #include "foundation/color_translate.h"
-#include "foundation/themes.h"
 
 namespace tarn {
 
@@ -22,8 +21,6 @@ const ControlClass lnev::Class = {
 namespace {
 constexpr float kWidth = 30;        // twips, whatever the host asks for
 constexpr float kLineOffset = 15;   // the light line, one pixel right of the dark one at 96 DPI
-constexpr int32_t kShade = 25;      // how far both lines move from the button face
-constexpr double kThemedFrom = 4.99;
 } // namespace
 
 lnev::lnev()
@@ -60,15 +57,7 @@ void lnev::Resize()
         lneHIGHLIGHT.Y1 = 0;
         lneHIGHLIGHT.Y2 = ScaleHeight(); // read again after the width changed
     });
-    double version = read_step<double>([] { return WindowsVersionNumber(); });
-    if (version > kThemedFrom) {
-        // An overflow here would leave that line its previous colour.
-        step([&] { lneSHADOW.BorderColor = AdjustColor(GetSysColor(COLOR_BTNFACE), -kShade, true); });
-        step([&] { lneHIGHLIGHT.BorderColor = AdjustColor(GetSysColor(COLOR_BTNFACE), kShade, true); });
-    } else {
-        lneSHADOW.BorderColor = syscolor::ButtonShadow;
-        lneHIGHLIGHT.BorderColor = syscolor::Highlight3D;
-    }
+    ColourDividerLines(lneSHADOW, lneHIGHLIGHT);
 }
 
 STDMETHODIMP lnev::get_BACKCOLOR(OLE_COLOR *v) { return get_value(v, [&] { return BackColor(); }); }

@@ -552,7 +552,7 @@ LRESULT grid::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
 
 long grid::AccessibleChildCount() { return model_.Cells().Rows(); }
 
-ComPtr<IDispatch> grid::AccessibleChild(long id)
+ComPtr<IDispatch> grid::AccessibleChildObject(long id)
 {
     if (id < 1) return {};
     return MakeGridAccessible(&access_host_, ComPtr<IUnknown>(identity()), id - 1, -1);

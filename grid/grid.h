@@ -142,7 +142,7 @@ protected:
     DWORD WindowStyle() const override { return WS_HSCROLL | WS_VSCROLL; }
     long AccessibleRole() override { return ROLE_SYSTEM_TABLE; }
     long AccessibleChildCount() override;
-    ComPtr<IDispatch> AccessibleChild(long id) override;
+    ComPtr<IDispatch> AccessibleChildObject(long id) override;
     bool AccessibleFocus(VARIANT *out) override;
     UINT DialogCode() const override { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
 

@@ -114,8 +114,14 @@ SIZEL himetric_of(const RECT &r)
 
 // ---------------------------------------------------------------- Container
 
+namespace {
+// The thread's containers, for the form's keyboard handling in pump().
+thread_local std::vector<Container *> t_containers;
+} // namespace
+
 Container::Container(int width, int height)
 {
+    t_containers.push_back(this);
     RECT r{0, 0, width, height};
     AdjustWindowRect(&r, WS_OVERLAPPEDWINDOW, FALSE);
     hwnd_ = CreateWindowExW(0, container_class(), L"Tarn Controls test container",
@@ -130,6 +136,7 @@ Container::Container(int width, int height)
 
 Container::~Container()
 {
+    t_containers.erase(std::remove(t_containers.begin(), t_containers.end(), this), t_containers.end());
     if (hwnd_) DestroyWindow(hwnd_);
     pump();
 }
@@ -153,9 +160,20 @@ void Container::ambient_changed(DISPID id)
 Hosted::Hosted(Container &container, const std::wstring &progid, RECT pos, Init init, IUnknown *source)
     : container_(container)
 {
+    create(progid, pos, init, source, container.hwnd());
+}
+
+Hosted::Hosted(Hosted &frame, const std::wstring &progid, RECT pos, Init init) : container_(frame.container_)
+{
+    create(progid, pos, init, nullptr, frame.hwnd());
+}
+
+void Hosted::create(const std::wstring &progid, RECT pos, Init init, IUnknown *source, HWND window)
+{
+    Container &container = container_;
     container_.hosted_.push_back(this);
     for (const std::wstring &call : container_.site_calls_) log_.allow(call);
-    site_ = ComPtr<Site>::attach(new Site(container.hwnd(), container.frame(), container.ambient(), log_));
+    site_ = ComPtr<Site>::attach(new Site(window, container.frame(), container.ambient(), log_));
     site_->set_position(pos);
 
     CLSID clsid{};
@@ -387,13 +405,40 @@ bool tab_navigates(MSG &m)
 
 } // namespace
 
+bool Container::route_mnemonic(MSG &m)
+{
+    // As a host form does: a keystroke that one of its controls named among its keys
+    // (IOleControl::GetControlInfo) goes to that control's OnMnemonic, unless the focus is in
+    // that control already (it then has the key itself).
+    if (m.message != WM_KEYDOWN && m.message != WM_SYSKEYDOWN) return false;
+    if (!hwnd_ || !m.hwnd || (m.hwnd != hwnd_ && !IsChild(hwnd_, m.hwnd))) return false;
+    for (Hosted *h : hosted_) {
+        HWND own = h->hwnd();
+        if (own && (own == m.hwnd || IsChild(own, m.hwnd))) continue;
+        ComPtr<IOleControl> control = h->as<IOleControl>(IID_IOleControl);
+        CONTROLINFO info{};
+        info.cb = sizeof info;
+        if (!control || FAILED(control->GetControlInfo(&info)) || !info.hAccel || !info.cAccel) continue;
+        WORD command = 0;
+        if (IsAccelerator(info.hAccel, info.cAccel, &m, &command)) {
+            control->OnMnemonic(&m);
+            return true;
+        }
+    }
+    return false;
+}
+
 void pump(DWORD ms)
 {
     DWORD end = GetTickCount() + ms;
     do {
         MSG m;
         while (PeekMessageW(&m, nullptr, 0, 0, PM_REMOVE)) {
-            if (tab_navigates(m)) continue;
+            bool routed = false;
+            for (Container *c : std::vector<Container *>(t_containers)) {
+                if ((routed = c->route_mnemonic(m))) break;
+            }
+            if (routed || tab_navigates(m)) continue;
             TranslateMessage(&m);
             DispatchMessageW(&m);
         }

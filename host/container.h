@@ -51,6 +51,9 @@ public:
     // A site call every control placed from now on may make without its test declaring it
     // again: a call made while the control loads, before the test holds its log.
     void allow_site_call(const std::wstring &call) { site_calls_.push_back(call); }
+    // The form's keyboard handling: a keystroke one of its controls asked for as its own key
+    // goes to that control (IOleControl::OnMnemonic). True when it was taken.
+    bool route_mnemonic(MSG &m);
 
 private:
     friend class Hosted;
@@ -75,6 +78,9 @@ class Hosted {
 public:
     Hosted(Container &container, const std::wstring &progid, RECT pos, Init init = Init::New,
            IUnknown *source = nullptr);
+    // A control placed on a simple frame (a panel) that is active in place: its site's window
+    // is the frame's, so its window lives in the frame's and `pos` is in the frame's client area.
+    Hosted(Hosted &frame, const std::wstring &progid, RECT pos, Init init = Init::New);
     ~Hosted();
     Hosted(const Hosted &) = delete;
     Hosted &operator=(const Hosted &) = delete;
@@ -114,6 +120,8 @@ public:
     ULONG close();
 
 private:
+    void create(const std::wstring &progid, RECT pos, Init init, IUnknown *source, HWND window);
+
     Container &container_;
     CallLog log_;
     ComPtr<Site> site_;

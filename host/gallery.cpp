@@ -53,6 +53,12 @@ Variant font(const wchar_t *name, double size, bool bold = false)
     return Variant::of_dispatch(f.get());
 }
 
+// A tab strip of four tabs, the second selected, in look `style`.
+std::vector<Setting> tab_settings(int style)
+{
+    return {{L"Tabs", I2(4)}, {L"SelectedTab", I2(1)}, {L"Style", I4(style)}};
+}
+
 std::vector<Exhibit> exhibits()
 {
     return {
@@ -110,6 +116,29 @@ std::vector<Exhibit> exhibits()
           {L"Max", I4(2000)},
           {L"Text", Str(L"1024")}}},
         {L"lnev: divider, 30 twips wide", L"TarnControls.lnev", {2, 50}, {}, false, true},
+        {L"sepbar: titled separator", L"TarnControls.sepbar", {220, 17}, {{L"CAPTION", Str(L"  Options ")}}, false, true},
+        {L"sepvbar: upright separator", L"TarnControls.sepvbar", {8, 50}, {}, false, true},
+        {L"lneh: caption at the left", L"TarnControls.lneh", {220, 17}, {{L"CAPTION", Str(L"Delivery address")}}, false,
+         true},
+        {L"lneh: centred caption, bold",
+         L"TarnControls.lneh",
+         {220, 20},
+         {{L"CAPTION", Str(L"Totals")}, {L"Alignment", I4(2)}, {L"Font", font(L"Tahoma", 10, true)}},
+         false,
+         true},
+        {L"downarrow: the drop-down glyph", L"TarnControls.downarrow", {13, 14}, {}, false, true},
+        {L"rsz: size grip (drawn as at design time)", L"TarnControls.rsz", {17, 17}, {}, true},
+        {L"rszxp: size grip, XP look", L"TarnControls.rszxp", {17, 17}, {}, true},
+        {L"pnl: raised, centred caption", L"TarnControls.pnl", {220, 60}, {{L"CAPTION", Str(L"Raised panel")}}},
+        {L"pnl: sunken, gradient (315 degrees)",
+         L"TarnControls.pnl",
+         {220, 60},
+         {{L"BorderStyle", I4(2)}, {L"FillStyle", I4(1)}, {L"CAPTION", Str(L"Gradient")}, {L"ForeColor", colour(0x00800000)}}},
+        {L"pnl: etched, dotted, caption at the left",
+         L"TarnControls.pnl",
+         {220, 60},
+         {{L"BorderStyle", I4(3)}, {L"FillStyle", I4(2)}, {L"CAPTION", Str(L"Dotted")}, {L"Alignment", I4(0)}}},
+        {L"pnl: single line, no caption", L"TarnControls.pnl", {220, 60}, {{L"BorderStyle", I4(4)}}},
         {L"grdchk: checked, window-coloured cell",
          L"TarnControls.grdchk",
          {120, 17},
@@ -121,7 +150,24 @@ std::vector<Exhibit> exhibits()
          L"TarnControls.grid",
          {380, 170},
          {{L"BarSummary", Bool(true)}, {L"AllowGridEdit", Bool(true)}}},
+        {L"dlst: the drives, C: opened", L"TarnControls.dlst", {260, 200}, {}},
+        {L"fontchars: Tahoma, Latin-1, é chosen",
+         L"TarnControls.fontchars",
+         {380, 200},
+         {{L"FontName", Str(L"Tahoma")}, {L"CharCode", I4(0xE9)}, {L"FontSize", R4(11)}}},
+        {L"tbf: classic tabs", L"TarnControls.tbf", {380, 26}, tab_settings(0)},
+        {L"tbf: flat buttons", L"TarnControls.tbf", {380, 26}, tab_settings(1)},
+        {L"tbf: XP tabs", L"TarnControls.tbf", {380, 26}, tab_settings(2)},
     };
+}
+
+// The tree: every drive, C: opened (its folders come in within a moment).
+void fill_tree(Hosted &t)
+{
+    t.call(L"BuildDriveList");
+    t.call(L"ExpandPath", {Str(L"C:\\")});
+    DWORD start = GetTickCount();
+    while (t.log().events.empty() && GetTickCount() - start < 3000) pump(10);
 }
 
 // What the gallery's grid holds: typed columns (text, check box, percentage), header captions,
@@ -264,6 +310,13 @@ Page place_all(Container &form, Container &designer)
         }
         for (const Setting &s : e.settings) h->put(s.property, s.value);
         if (std::wstring(e.progid) == L"TarnControls.grid") fill_grid(*h);
+        if (std::wstring(e.progid) == L"TarnControls.dlst") fill_tree(*h);
+        if (std::wstring(e.progid) == L"TarnControls.tbf") {
+            h->put(L"TabCaption", Str(L"&General"), {I2(0)});
+            h->put(L"TabCaption", Str(L"&Layout"), {I2(1)});
+            h->put(L"TabCaption", Str(L"&Colours"), {I2(2)});
+            h->put(L"TabCaption", Str(L"&Advanced"), {I2(3)});
+        }
         // Controls that size themselves (a box to its font's height, a divider to its width)
         // are shown at the size they took.
         SIZEL extent{};

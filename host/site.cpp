@@ -22,6 +22,7 @@ STDMETHODIMP Site::QueryInterface(REFIID riid, void **ppv)
     else if (riid == IID_IPropertyNotifySink) *ppv = static_cast<IPropertyNotifySink *>(this);
     else if (riid == __uuidof(ITarnChangeKeySink)) *ppv = static_cast<ITarnChangeKeySink *>(this);
     else if (riid == IID_IAdviseSink) *ppv = static_cast<IAdviseSink *>(this);
+    else if (riid == IID_ISimpleFrameSite) *ppv = static_cast<ISimpleFrameSite *>(this);
     else return E_NOINTERFACE;
     AddRef();
     return S_OK;
@@ -253,6 +254,34 @@ STDMETHODIMP Site::OnRequestEdit(DISPID id)
 STDMETHODIMP Site::OnChangedKey(LPCOLESTR key)
 {
     log_.changes.push_back(key ? key : L"");
+    return S_OK;
+}
+
+// ---------------------------------------------------------------- ISimpleFrameSite
+
+STDMETHODIMP Site::PreMessageFilter(HWND, UINT msg, WPARAM, LPARAM, LRESULT *result, DWORD *cookie)
+{
+    if (!result || !cookie) return E_POINTER;
+    filtered_messages.push_back(msg);
+    if (msg == answered_in_filter) {
+        *result = 0;
+        return S_FALSE;
+    }
+    *cookie = ++next_cookie_;
+    pending_filters_.push_back({*cookie, msg});
+    return S_OK;
+}
+
+STDMETHODIMP Site::PostMessageFilter(HWND, UINT msg, WPARAM, LPARAM, LRESULT *result, DWORD cookie)
+{
+    if (!result) return E_POINTER;
+    for (auto it = pending_filters_.begin(); it != pending_filters_.end(); ++it)
+        if (it->first == cookie) {
+            if (it->second != msg) ++unpaired_filters;
+            pending_filters_.erase(it);
+            return S_OK;
+        }
+    ++unpaired_filters;
     return S_OK;
 }
 

@@ -6,6 +6,7 @@
 #include <olectl.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "foundation/colors.h"
@@ -27,7 +28,7 @@ struct AmbientSettings {
 };
 
 class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch, IPropertyNotifySink,
-                                     ITarnChangeKeySink, IAdviseSink> {
+                                     ITarnChangeKeySink, IAdviseSink, ISimpleFrameSite> {
 public:
     Site(HWND window, IOleInPlaceFrame *frame, AmbientSettings &ambient, CallLog &log);
 
@@ -84,6 +85,10 @@ public:
     STDMETHODIMP OnRequestEdit(DISPID) override;
     STDMETHODIMP OnChangedKey(LPCOLESTR key) override;
 
+    // ISimpleFrameSite: what a simple frame (a panel) hands the site around its own handling
+    STDMETHODIMP PreMessageFilter(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp, LRESULT *result, DWORD *cookie) override;
+    STDMETHODIMP PostMessageFilter(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp, LRESULT *result, DWORD cookie) override;
+
     // IAdviseSink
     STDMETHODIMP_(void) OnDataChange(FORMATETC *, STGMEDIUM *) override {}
     STDMETHODIMP_(void) OnViewChange(DWORD, LONG) override { ++view_changes; }
@@ -93,6 +98,12 @@ public:
 
     int view_changes = 0;
     int ambient_reads = 0;
+    // The messages a simple frame passed through PreMessageFilter, and the PostMessageFilter
+    // calls that matched no pending PreMessageFilter of the same message by cookie.
+    std::vector<UINT> filtered_messages;
+    int unpaired_filters = 0;
+    // A message the site answers itself in PreMessageFilter (S_FALSE), so the frame never sees it.
+    UINT answered_in_filter = 0;
     // What OnRequestEdit answers (S_FALSE refuses the change), and the DISPIDs it was asked for.
     HRESULT request_edit_answer = S_OK;
     std::vector<DISPID> edit_requests;
@@ -105,6 +116,8 @@ private:
     AmbientSettings &ambient_;
     CallLog &log_;
     RECT pos_{0, 0, 0, 0};
+    DWORD next_cookie_ = 0;
+    std::vector<std::pair<DWORD, UINT>> pending_filters_;
     ComPtr<IUnknown> control_; // cleared by set_control(nullptr) before the control goes
 };
 

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "foundation/handles.h"
 #include "foundation/metrics.h"
 
 namespace tarn {
@@ -45,6 +46,26 @@ int ComboWindowHeight(HWND combo, int height)
 int ComboBox::window_height(int height) const { return ComboWindowHeight(hwnd_, height); }
 
 void ComboBox::font_applied() { apply_placement(); }
+
+void ComboBox::print_client(HDC dc)
+{
+    WindowedConstituent::print_client(dc);
+    // A drop-down list prints its frame and arrow but not the chosen item's text: drawn here,
+    // where the field shows it.
+    if (!is_list() || ListIndex() < 0) return;
+    RECT field{};
+    GetClientRect(hwnd_, &field);
+    COMBOBOXINFO info{};
+    info.cbSize = sizeof info;
+    if (GetComboBoxInfo(hwnd_, &info)) field = info.rcItem;
+    saved_dc keep(dc);
+    if (HBRUSH back = paint_colors(dc)) FillRect(dc, &field, back);
+    if (HFONT font = reinterpret_cast<HFONT>(SendMessageW(hwnd_, WM_GETFONT, 0, 0))) SelectObject(dc, font);
+    SetBkMode(dc, TRANSPARENT);
+    const std::wstring text = List(ListIndex());
+    InflateRect(&field, -2, 0);
+    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &field, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
+}
 
 void ComboBox::AddItem(const std::wstring &item, int32_t index)
 {

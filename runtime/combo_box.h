@@ -39,6 +39,7 @@ protected:
     bool on_command(WORD code, LRESULT &result) override;
     int window_height(int height) const override;
     void font_applied() override;
+    void print_client(HDC dc) override;
 
 private:
     bool is_list() const;

@@ -49,7 +49,15 @@ public:
     float X1, Y1, X2, Y2;
     OleColor BorderColor;
     int BorderWidth = 1;
+    // Twips across a horizontal or vertical line: it then covers the pixels of that band (at
+    // least one), so lines drawn a design pixel apart stay touching at any DPI. 0: one pixel.
+    float Thickness = 0;
 };
+
+// Colours the two lines of a 3-D divider from the system's version: above 4.99 shades of the
+// button face (dark -25, light +25), so the divider blends with themed surfaces; otherwise the
+// system's button shadow and 3-D highlight. A failing shade leaves that line its colour.
+void ColourDividerLines(Line &dark, Line &light);
 
 // A caption in a rectangle (twips). Transparent unless BackStyle is 1.
 class Label final : public Constituent {
@@ -72,6 +80,7 @@ public:
     int16_t BackStyle = 0; // 0 transparent, 1 opaque
     bool Enabled = true;
     bool UseMnemonic = true;
+    bool CentreVertically = false; // the text's lines in the middle of the rectangle, not at its top
 };
 
 } // namespace tarn

@@ -16,7 +16,7 @@ long UserControl::AccessibleState()
     return s;
 }
 
-void UserControl::AccessibleChanged(DWORD event) { accessible_.notify(hwnd_, event); }
+void UserControl::AccessibleChanged(DWORD event, long child) { accessible_.notify(hwnd_, event, child); }
 
 std::wstring UserControl::accessible_name() { return StripMnemonic(Caption()); }
 std::wstring UserControl::accessible_shortcut() { return MnemonicShortcut(Caption()); }

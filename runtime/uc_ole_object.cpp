@@ -1,5 +1,7 @@
 // UserControl as an OLE object: the client site, verbs and in-place activation with a window
 // of its own, extents, advise sinks, the control interfaces and quick activation.
+#include <algorithm>
+
 #include "foundation/trap.h"
 #include "runtime/guarded.h"
 #include "runtime/mnemonic.h"
@@ -15,6 +17,13 @@ int screen_dpi(int index)
     int dpi = dc ? GetDeviceCaps(dc, index) : 96;
     if (dc) ReleaseDC(nullptr, dc);
     return dpi > 0 ? dpi : 96;
+}
+
+bool same_keys(const std::vector<ACCEL> &a, const std::vector<ACCEL> &b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const ACCEL &x, const ACCEL &y) {
+        return x.fVirt == y.fVirt && x.key == y.key && x.cmd == y.cmd;
+    });
 }
 
 } // namespace
@@ -34,6 +43,10 @@ STDMETHODIMP UserControl::SetClientSite(IOleClientSite *site)
         site_ = site;
         ambient_.set_site(site);
         if (!site) inplace_site_.reset();
+        // A simple frame hands its messages to the site's filters (ISimpleFrameSite).
+        simple_frame_site_.reset();
+        if (site && (class_.misc_status & OLEMISC_SIMPLEFRAME))
+            simple_frame_site_ = site_.as<ISimpleFrameSite>(IID_ISimpleFrameSite);
         return S_OK;
     });
 }
@@ -332,36 +345,61 @@ STDMETHODIMP UserControl::GetControlInfo(CONTROLINFO *info)
     info->cAccel = 0;
     info->dwFlags = 0;
     return guarded([&] {
-        // Alt plus the caption's mnemonic. The table stays the control's: rebuilt only when
-        // the mnemonic changes, destroyed with the control.
-        wchar_t key = MnemonicOf(Caption());
-        if (key != accel_key_) {
+        // The table stays the control's: rebuilt only when its keys change, destroyed with
+        // the control.
+        std::vector<ACCEL> keys = keys_claimed();
+        if (!same_keys(keys, accel_keys_)) {
             if (accel_) DestroyAcceleratorTable(accel_);
-            accel_ = nullptr;
-            accel_key_ = key;
-            SHORT vk = key ? VkKeyScanW(key) : -1;
-            if (vk != -1) {
-                ACCEL a{static_cast<BYTE>(FVIRTKEY | FALT), static_cast<WORD>(vk & 0xFF), 0};
-                accel_ = CreateAcceleratorTableW(&a, 1);
-            }
+            accel_ = keys.empty() ? nullptr : CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size()));
+            accel_keys_ = keys;
         }
         if (accel_) {
             info->hAccel = accel_;
-            info->cAccel = 1;
+            info->cAccel = static_cast<USHORT>(accel_keys_.size());
         }
         return S_OK;
     });
 }
 
-STDMETHODIMP UserControl::OnMnemonic(MSG *)
+std::vector<ACCEL> UserControl::keys_claimed()
 {
-    step([&] { Mnemonic(); });
+    std::vector<ACCEL> keys;
+    wchar_t key = MnemonicOf(Caption());
+    SHORT vk = key ? VkKeyScanW(key) : -1;
+    if (vk != -1) keys.push_back({static_cast<BYTE>(FVIRTKEY | FALT), static_cast<WORD>(vk & 0xFF), 0});
+    for (ACCEL a : ControlKeys()) {
+        a.cmd = 1;
+        keys.push_back(a);
+    }
+    return keys;
+}
+
+bool UserControl::is_control_key(const MSG &msg)
+{
+    if (msg.message != WM_KEYDOWN && msg.message != WM_SYSKEYDOWN) return false;
+    const bool alt = msg.message == WM_SYSKEYDOWN;
+    bool caption = false, own = false;
+    for (const ACCEL &a : keys_claimed()) {
+        if (a.key != msg.wParam || ((a.fVirt & FALT) != 0) != alt) continue;
+        (a.cmd ? own : caption) = true;
+    }
+    return own && !caption;
+}
+
+STDMETHODIMP UserControl::OnMnemonic(MSG *msg)
+{
+    // The caption's mnemonic whatever the message (containers differ in what they pass),
+    // unless it names one of the control's own keys.
+    step([&] {
+        if (msg && is_control_key(*msg)) ControlKey(*msg);
+        else Mnemonic();
+    });
     return S_OK;
 }
 
 void UserControl::ControlInfoChanged()
 {
-    if (MnemonicOf(Caption()) == accel_key_) return;
+    if (read_step<bool>([&] { return same_keys(keys_claimed(), accel_keys_); }, false)) return;
     if (ComPtr<IOleControlSite> cs = site_.as<IOleControlSite>(IID_IOleControlSite)) step([&] { cs->OnControlInfoChanged(); });
 }
 

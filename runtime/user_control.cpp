@@ -44,6 +44,7 @@ void UserControl::final_release()
         view_sink_.reset();
         advise_holder_.reset();
         inplace_site_.reset();
+        simple_frame_site_.reset();
         site_.reset();
         ambient_.set_site(nullptr);
     });
@@ -115,6 +116,14 @@ void UserControl::PropertyChanged(const std::wstring &key)
                 keyed->OnChangedKey(key.c_str());
         });
     }
+}
+
+void UserControl::RaiseMouseEventsOf(Constituent &part)
+{
+    part.on_click = [this] { raise(events::Click); };
+    part.on_mouse_down = [this](int16_t b, int16_t s, float x, float y) { raise_mouse(events::MouseDown, b, s, x, y); };
+    part.on_mouse_move = [this](int16_t b, int16_t s, float x, float y) { raise_mouse(events::MouseMove, b, s, x, y); };
+    part.on_mouse_up = [this](int16_t b, int16_t s, float x, float y) { raise_mouse(events::MouseUp, b, s, x, y); };
 }
 
 void UserControl::raise(DISPID id, EventArgs &args)
@@ -205,18 +214,27 @@ void UserControl::set_size_px(int cx, int cy, bool from_host)
             MapWindowPoints(nullptr, GetParent(hwnd_), reinterpret_cast<POINT *>(&r), 2);
             r.right = r.left + cx;
             r.bottom = r.top + cy;
-            step([&] { inplace_site_->OnPosRectChange(&r); });
-            // A container that ignored the request: the window still takes the size asked for.
-            RECT now{};
-            GetClientRect(hwnd_, &now);
-            if (now.right != size_.cx || now.bottom != size_.cy)
-                SetWindowPos(hwnd_, nullptr, 0, 0, size_.cx, size_.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+            RequestPosition(r);
         } else if (site_) {
             step([&] { site_->RequestNewObjectLayout(); });
         }
     }
     run_resize();
     Invalidate();
+}
+
+void UserControl::RequestPosition(const RECT &pos)
+{
+    if (!hwnd_ || !inplace_site_) return;
+    step([&] { inplace_site_->OnPosRectChange(&pos); });
+    // A container that ignored the request: the window still goes where it asked.
+    if (!hwnd_) return;
+    RECT now{};
+    GetWindowRect(hwnd_, &now);
+    MapWindowPoints(nullptr, GetParent(hwnd_), reinterpret_cast<POINT *>(&now), 2);
+    if (now.left != pos.left || now.top != pos.top || now.right != pos.right || now.bottom != pos.bottom)
+        SetWindowPos(hwnd_, nullptr, pos.left, pos.top, pos.right - pos.left, pos.bottom - pos.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void UserControl::add_constituent(WindowedConstituent &c)
@@ -316,10 +334,24 @@ LRESULT CALLBACK UserControl::window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM
     try {
         // A handler may release the container's last reference; stay alive until it returns.
         ComPtr<IUnknown> alive(self->identity());
-        return self->on_message(msg, wp, lp);
+        return self->filtered_message(msg, wp, lp);
     } catch (...) {
         return 0;
     }
+}
+
+LRESULT UserControl::filtered_message(UINT msg, WPARAM wp, LPARAM lp)
+{
+    ComPtr<ISimpleFrameSite> frame_site = simple_frame_site_;
+    if (!frame_site) return on_message(msg, wp, lp);
+    HWND h = hwnd_;
+    LRESULT result = 0;
+    DWORD cookie = 0;
+    // The container may answer a message itself (S_FALSE): the control then never sees it.
+    if (frame_site->PreMessageFilter(h, msg, wp, lp, &result, &cookie) == S_FALSE) return result;
+    result = on_message(msg, wp, lp);
+    frame_site->PostMessageFilter(h, msg, wp, lp, &result, cookie);
+    return result;
 }
 
 LRESULT UserControl::on_message(UINT msg, WPARAM wp, LPARAM lp)
@@ -359,6 +391,10 @@ LRESULT UserControl::on_message(UINT msg, WPARAM wp, LPARAM lp)
         return 0;
     case WM_CAPTURECHANGED:
         if (reinterpret_cast<HWND>(lp) != hwnd_) buttons_down_ = 0;
+        return 0;
+    case WM_MOUSELEAVE:
+        tracking_leave_ = false;
+        step([&] { MouseLeave(); });
         return 0;
     case WM_GETDLGCODE:
         return DialogCode();
@@ -474,6 +510,13 @@ void UserControl::on_mouse(UINT msg, WPARAM wp, LPARAM lp)
         if (on_surface) step([&] { MouseMove(held, sh, x, y); });
         else if (target && target->on_mouse_move) step([&] { target->on_mouse_move(held, sh, tx, ty); });
     }
+}
+
+void UserControl::TrackMouseLeave()
+{
+    if (tracking_leave_ || !hwnd_) return;
+    TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, hwnd_, 0};
+    tracking_leave_ = TrackMouseEvent(&track) != FALSE;
 }
 
 void UserControl::on_focus(bool gained, HWND other)

@@ -241,6 +241,8 @@ protected:
     virtual void KeyDown(int16_t &key_code, int16_t shift) {}
     virtual void KeyPress(int16_t &key_ascii) {}
     virtual void KeyUp(int16_t &key_code, int16_t shift) {}
+    // The pointer left the control's window (after TrackMouseLeave).
+    virtual void MouseLeave() {}
     virtual void GotFocus() {}
     virtual void LostFocus() {}
     virtual void Show() {}
@@ -267,6 +269,12 @@ protected:
     virtual std::wstring Caption() { return std::wstring(); }
     // The container found the caption's mnemonic pressed (IOleControl::OnMnemonic).
     virtual void Mnemonic() {}
+    // Keys the control claims beyond its caption's mnemonic while the focus is elsewhere on its
+    // form (a tab strip's Alt+letter for each tab, Ctrl+Tab): GetControlInfo reports them with
+    // the caption's, and the container hands a matching keystroke to ControlKey. A control
+    // whose keys change calls ControlInfoChanged.
+    virtual std::vector<ACCEL> ControlKeys() { return {}; }
+    virtual void ControlKey(const MSG &msg) {}
     // The accessible description: the control's tooltip.
     virtual std::wstring ToolTipText() { return std::wstring(); }
     virtual long AccessibleRole() { return ROLE_SYSTEM_CLIENT; }
@@ -277,11 +285,19 @@ protected:
     virtual std::wstring AccessibleValue() { return std::wstring(); }
     virtual std::wstring DefaultAction() { return std::wstring(); }
     virtual void DoDefaultAction() {}
-    // Children of the accessible object, numbered from 1 (a table's rows), and the focused
-    // object where the control names it (accessible.h); none by default.
+    // Parts of the control as accessible children, numbered from 1 (accessible.h): those with
+    // an object of their own (a table's rows) give it from AccessibleChildObject; the others
+    // (a tab strip's tabs, which the control draws and a user picks one by one) are simple and
+    // described by AccessibleChild.
     virtual long AccessibleChildCount() { return 0; }
-    virtual ComPtr<IDispatch> AccessibleChild(long id) { return {}; }
+    virtual ComPtr<IDispatch> AccessibleChildObject(long id) { return {}; }
+    virtual bool AccessibleChild(long id, AccessibleElement &out) { return false; }
+    virtual void DoChildDefaultAction(long id) {}
+    // What has the keyboard focus where the control names it: a child's number (VT_I4) or a
+    // deeper object (VT_DISPATCH); false leaves it to the window's standard object.
     virtual bool AccessibleFocus(VARIANT *out) { return false; }
+    // The child that is selected (CHILDID_SELF: none).
+    virtual long AccessibleSelectedChild() { return CHILDID_SELF; }
     // Names for the values of property `id` when it is no enumeration (palette numbers, column
     // types): the General page and hosts' property browsers offer them. Empty: none.
     virtual std::vector<NamedValue> PropertyValueNames(DISPID id) { return {}; }
@@ -293,10 +309,15 @@ protected:
     // Tells the container a property changed (IPropertyNotifySink::OnChanged with the DISPID of
     // the member named `key`, or DISPID_UNKNOWN) and marks the control dirty.
     void PropertyChanged(const std::wstring &key);
+    // Asks for MouseLeave when the pointer next leaves the control's window (for a hot look
+    // that follows the pointer without holding the mouse capture).
+    void TrackMouseLeave();
     // Tells screen readers holding the control's accessible object that something changed
-    // (EVENT_OBJECT_NAMECHANGE, EVENT_OBJECT_STATECHANGE, EVENT_OBJECT_VALUECHANGE).
-    void AccessibleChanged(DWORD event);
-    // The caption's mnemonic may have changed: the container asks for GetControlInfo again.
+    // (EVENT_OBJECT_NAMECHANGE, EVENT_OBJECT_STATECHANGE, EVENT_OBJECT_VALUECHANGE...), of the
+    // control itself or of one of its accessible children.
+    void AccessibleChanged(DWORD event, long child = CHILDID_SELF);
+    // The caption's mnemonic or the control's own keys may have changed: the container asks
+    // for GetControlInfo again.
     void ControlInfoChanged();
     // Raises event `id` to every advised sink (nothing while the container froze events).
     void raise(DISPID id, EventArgs &args);
@@ -306,6 +327,10 @@ protected:
     {
         raise(id, EventArgs().val(button).val(shift).val(x).val(y));
     }
+    // A constituent's own mouse input (a caption label's) raised as the control's Click,
+    // MouseDown, MouseMove and MouseUp, with the constituent's coordinates; its double click
+    // raises nothing.
+    void RaiseMouseEventsOf(Constituent &part);
     AmbientProperties &Ambient() { return ambient_; }
 
     // Property bodies for the dual interface: a read whose step fails yields the type's empty
@@ -356,6 +381,10 @@ protected:
     void SetBackColor(OleColor c);
     OleColor ForeColor() const { return fore_color_; }
     void SetForeColor(OleColor c) { fore_color_ = c; }
+    // The surface's two-valued look, 0 flat or 1 three-dimensional, for controls that choose
+    // it; the surface has no border of its own, so nothing drawn depends on it.
+    int16_t Appearance() const { return appearance_; }
+    void SetAppearance(int16_t a) { appearance_ = a ? 1 : 0; }
 
     HWND hWnd() const { return hwnd_; }
     // The top-level window of the form the control sits on: the site's window and its root.
@@ -370,6 +399,10 @@ protected:
     Scale scale() const;
     // The control asks for a new size (twips): the container is told and the control resized.
     void SetSizeTwips(float width, float height);
+    // The control asks to be placed at `pos` (pixels, in its container window's client area)
+    // while it is in place: the container is told (OnPosRectChange), and the window moves
+    // itself when the container does not follow.
+    void RequestPosition(const RECT &pos);
     // The size a new instance starts with, before any container sizes it (no events).
     void SetDesignSize(float width_twips, float height_twips);
     // Repaint the whole surface now (with a window) or tell the container the view changed.
@@ -396,11 +429,20 @@ private:
     std::wstring accessible_default_action() override;
     void accessible_do_default() override;
     long accessible_child_count() override { return AccessibleChildCount(); }
-    ComPtr<IDispatch> accessible_child(long id) override { return AccessibleChild(id); }
+    ComPtr<IDispatch> accessible_child_object(long id) override { return AccessibleChildObject(id); }
+    bool accessible_child(long id, AccessibleElement &out) override { return AccessibleChild(id, out); }
+    void accessible_child_do_default(long id) override { DoChildDefaultAction(id); }
     bool accessible_focus(VARIANT *out) override { return AccessibleFocus(out); }
+    long accessible_selected_child() override { return AccessibleSelectedChild(); }
+    // The caption's Alt+mnemonic (command 0) and the control's own keys (command 1).
+    std::vector<ACCEL> keys_claimed();
+    // Whether `msg` is one of the control's own keys rather than its caption's mnemonic.
+    bool is_control_key(const MSG &msg);
 
     static const wchar_t *window_class();
     static LRESULT CALLBACK window_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp);
+    // A simple frame's messages go through its site's filters around its own handling.
+    LRESULT filtered_message(UINT msg, WPARAM wp, LPARAM lp);
     LRESULT on_message(UINT msg, WPARAM wp, LPARAM lp);
     void on_paint();
     void on_mouse(UINT msg, WPARAM wp, LPARAM lp);
@@ -425,6 +467,7 @@ private:
 
     ComPtr<IOleClientSite> site_;
     ComPtr<IOleInPlaceSite> inplace_site_;
+    ComPtr<ISimpleFrameSite> simple_frame_site_; // only for classes that are simple frames
     ComPtr<IOleAdviseHolder> advise_holder_;
     ComPtr<IAdviseSink> view_sink_;
     DWORD view_aspects_ = 0, view_flags_ = 0;
@@ -444,6 +487,7 @@ private:
 
     OleColor back_color_ = syscolor::ButtonFace;
     OleColor fore_color_ = syscolor::ButtonText;
+    int16_t appearance_ = 1;
     std::vector<Constituent *> constituents_;
     std::vector<WindowedConstituent *> windowed_;
     WindowedConstituent *focus_constituent_ = nullptr;
@@ -454,11 +498,12 @@ private:
     bool press_on_surface_ = false;
     int16_t buttons_down_ = 0;
     bool double_click_ = false;
+    bool tracking_leave_ = false;
 
     DISPID invoked_put_ = DISPID_UNKNOWN; // the property put IDispatch::Invoke is running
     std::map<std::wstring, DISPID> key_ids_; // keys looked up by name (DISPID_UNKNOWN: none)
-    HACCEL accel_ = nullptr;              // the mnemonic's table, handed out by GetControlInfo
-    wchar_t accel_key_ = 0;
+    HACCEL accel_ = nullptr;              // the keys' table, handed out by GetControlInfo
+    std::vector<ACCEL> accel_keys_;       // what it holds
     DWORD safety_enabled_ = 0;
     AccessibleLink accessible_;
 };

@@ -390,6 +390,11 @@ bool WindowedConstituent::reflect(UINT msg, WPARAM wp, LPARAM lp, LRESULT &resul
                 return c->on_notify(header, result);
             return false;
         }
+        case WM_VSCROLL:
+        case WM_HSCROLL:
+            if (WindowedConstituent *c = lp ? of_window(reinterpret_cast<HWND>(lp)) : nullptr)
+                return c->on_scroll(LOWORD(wp), result);
+            return false;
         case WM_CTLCOLOREDIT:
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLORBTN:
@@ -479,6 +484,15 @@ LRESULT WindowedConstituent::on_message(HWND window, UINT msg, WPARAM wp, LPARAM
     case WM_LBUTTONDBLCLK: case WM_RBUTTONDBLCLK: case WM_MBUTTONDBLCLK:
     case WM_MOUSEMOVE:
         on_mouse(window, msg, wp, lp);
+        break;
+    case WM_SETCURSOR:
+        if (cursor && LOWORD(lp) == HTCLIENT) {
+            HCURSOR c = read_step<HCURSOR>([&] { return cursor(); });
+            if (c) {
+                SetCursor(c);
+                return TRUE;
+            }
+        }
         break;
     default:
         break;

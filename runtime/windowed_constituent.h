@@ -90,6 +90,8 @@ public:
     // context-menu key or Shift+F10. X and Y in twips relative to the constituent (from the
     // keyboard: its top-left corner). Set, it takes those inputs from the window.
     std::function<void(float x, float y)> on_context_menu;
+    // The pointer shown over the window; null (or no handler) leaves it to the window.
+    std::function<HCURSOR()> cursor;
 
     // ---- for the runtime (UserControl)
     // Moves the window into `parent` (the control's window), above the constituents before it.
@@ -103,7 +105,7 @@ public:
     // Holds the control alive while one of its constituent's messages is handled (a host may
     // release the control from inside an event).
     std::function<ComPtr<IUnknown>()> keep_alive;
-    // The parent's side of a child's message (WM_COMMAND, WM_NOTIFY, WM_CTLCOLOR*): handled
+    // The parent's side of a child's message (WM_COMMAND, WM_NOTIFY, WM_*SCROLL, WM_CTLCOLOR*): handled
     // by the constituent the child belongs to. False when no constituent takes it.
     static bool reflect(UINT msg, WPARAM wp, LPARAM lp, LRESULT &result);
     // The constituent that `child` (its window or a part of it) belongs to, or null.
@@ -119,6 +121,8 @@ protected:
     // A notification from its window through WM_COMMAND or WM_NOTIFY.
     virtual bool on_command(WORD code, LRESULT &result) { return false; }
     virtual bool on_notify(NMHDR *header, LRESULT &result) { return false; }
+    // A scroll bar's request through WM_VSCROLL or WM_HSCROLL (SB_* code).
+    virtual bool on_scroll(int code, LRESULT &result) { return false; }
     // Whether a left-button release after a press in the window raises on_click (and a double
     // click on_dbl_click); kinds whose window reports clicks itself say no.
     virtual bool clicks_from_mouse() const { return false; }

@@ -3,8 +3,18 @@
 #include "buttons/cbtn.h"
 #include "frames/cframe.h"
 #include "frames/lnev.h"
+#include "frames/downarrow.h"
+#include "frames/lneh.h"
+#include "frames/pnl.h"
+#include "frames/rsz.h"
+#include "frames/rszxp.h"
+#include "frames/sepbar.h"
+#include "frames/sepvbar.h"
 #include "grid/grdchk.h"
 #include "grid/grid.h"
+#include "inputs/dlst.h"
+#include "inputs/fontchars.h"
+#include "inputs/tbf.h"
 #include "inputs/updown.h"
 #include "runtime/property_page.h"
 #include "server/resource.h"
@@ -18,10 +28,20 @@ namespace {
 const ServerClass kClasses[] = {
     {&cframe::Class, IDB_TOOLBOX_CFRAME},
     {&lnev::Class, IDB_TOOLBOX_LNEV},
+    {&sepbar::Class, IDB_TOOLBOX_SEPBAR},
+    {&sepvbar::Class, IDB_TOOLBOX_SEPVBAR},
+    {&downarrow::Class, IDB_TOOLBOX_DOWNARROW},
+    {&lneh::Class, IDB_TOOLBOX_LNEH},
+    {&rsz::Class, IDB_TOOLBOX_RSZ},
+    {&rszxp::Class, IDB_TOOLBOX_RSZXP},
+    {&pnl::Class, IDB_TOOLBOX_PNL},
     {&grid::Class, IDB_TOOLBOX_GRID},
     {&grdchk::Class, 0}, // private: the grid places it
     {&cbtn::Class, IDB_TOOLBOX_CBTN},
     {&updown::Class, IDB_TOOLBOX_UPDOWN},
+    {&dlst::Class, IDB_TOOLBOX_DLST},
+    {&tbf::Class, IDB_TOOLBOX_TBF},
+    {&fontchars::Class, IDB_TOOLBOX_FONTCHARS},
     {&Subclass::Class, 0}, // private: the resize lock's part, created by tests by ProgID
     {&resizelck::Class, IDB_TOOLBOX_RESIZELCK},
     {&mnutxt::Class, IDB_TOOLBOX_MNUTXT},

@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "foundation/hook_table.h"
@@ -208,4 +209,75 @@ TEST_F(HookTableTest, WindowsThatCannotBeHookedLeaveNoEntryAndNoReference)
     EXPECT_FALSE(table.Hook(procs, 1, o, kShared));
     EXPECT_EQ(0x1000u, procs.slots[1]);
     EXPECT_EQ(0u, table.count());
+}
+
+namespace {
+// An observer that records what it heard, and may act while it hears.
+class FakeObserver final : public HookObserver {
+public:
+    void HookObserved(std::uint32_t msg, std::uintptr_t, std::intptr_t, HookResult result) override
+    {
+        heard.push_back({msg, result});
+        if (on_message) on_message();
+    }
+    void HookObserverGone() override { ++gone; }
+    std::vector<std::pair<std::uint32_t, HookResult>> heard;
+    int gone = 0;
+    std::function<void()> on_message;
+};
+} // namespace
+
+TEST_F(HookTableTest, ObserversHearAnsweredMessagesBesideTheOwnerAndKeepTheHookForEachOther)
+{
+    FakeObserver grip, other;
+    // Observed first, then an owner hooks the same window: neither displaces the other, and
+    // the procedure saved is still the window's own.
+    EXPECT_TRUE(table.Observe(procs, 2, &grip, kShared));
+    EXPECT_EQ(kShared, procs.slots[2]);
+    FakeOwner *lock = owner({36}, -7);
+    EXPECT_TRUE(table.Hook(procs, 2, lock, kShared));
+    EXPECT_TRUE(table.Observe(procs, 2, &other, kShared));
+    EXPECT_TRUE(table.Observe(procs, 2, &other, kShared)); // once only
+    ASSERT_EQ(1u, table.count());
+    EXPECT_EQ(0x2000u, table.entry(1).previous);
+    EXPECT_EQ(2u, table.entry(1).observers.size());
+    // Both hear each message with the answer the window gave, the owner's or its own.
+    EXPECT_EQ(-7, table.Dispatch(procs, 2, 36, 0, 0));
+    EXPECT_EQ(static_cast<HookResult>(0x2000 + 5), table.Dispatch(procs, 2, 5, 0, 0));
+    using Heard = std::vector<std::pair<std::uint32_t, HookResult>>;
+    EXPECT_EQ((Heard{{36, -7}, {5, 0x2005}}), grip.heard);
+    EXPECT_EQ(grip.heard, other.heard);
+    // The owner unhooks: the observers keep the hook. One observer stops the other while it
+    // hears a message: the one stopped hears nothing more.
+    table.Unhook(procs, 2);
+    EXPECT_EQ(1, lock->refs);
+    EXPECT_EQ(kShared, procs.slots[2]);
+    grip.on_message = [&] { table.Unobserve(procs, 2, &other); };
+    table.Dispatch(procs, 2, 6, 0, 0);
+    EXPECT_EQ(3u, grip.heard.size());
+    EXPECT_EQ(2u, other.heard.size());
+    // The last observer going puts the window's own procedure back.
+    grip.on_message = nullptr;
+    table.Unobserve(procs, 2, &grip);
+    EXPECT_EQ(0u, table.count());
+    EXPECT_EQ(0x2000u, procs.slots[2]);
+    // Windows that cannot be hooked are not observed.
+    procs.foreign = {3};
+    for (WindowId w : {0, 77, 3}) EXPECT_FALSE(table.Observe(procs, w, &grip, kShared)) << w;
+    EXPECT_FALSE(table.Observe(procs, 1, nullptr, kShared));
+    EXPECT_EQ(0u, table.count());
+}
+
+TEST_F(HookTableTest, NcDestroyTellsOwnerAndObserversAndEndsTheHook)
+{
+    FakeObserver grip;
+    FakeOwner *lock = owner({36});
+    table.Hook(procs, 1, lock, kShared);
+    table.Observe(procs, 1, &grip, kShared);
+    table.Dispatch(procs, 1, kMsgNcDestroy, 0, 0);
+    EXPECT_EQ(1, lock->gone);
+    EXPECT_EQ(1, grip.gone);
+    EXPECT_EQ(1u, grip.heard.size());
+    EXPECT_EQ(0u, table.count());
+    EXPECT_EQ(0x1000u, procs.slots[1]);
 }

@@ -11,6 +11,7 @@
 #include "foundation/colors.h"
 #include "foundation/font_object.h"
 #include "foundation/metrics.h"
+#include "frames/frame_test_helpers.h"
 #include "support/control_test.h"
 #include "support/fake_machine_key.h"
 #include "support/resource_counts.h"
@@ -41,18 +42,7 @@ const std::vector<std::wstring> kRestoreOrder = {
     L"TOPLIGHTSHADOWCOLOR", L"RIGHTSHADOWCOLOR", L"RIGHTDARKSHADOWCOLOR", L"BOTTOMSHADOWCOLOR",
     L"BOTTOMDARKSHADOWCOLOR", L"ALIGNMENT", L"CAPTION"};
 
-OleColor colour(Hosted &h, const wchar_t *p = L"BACKCOLOR") { return static_cast<OleColor>(as_integer(h.get(p))); }
-Variant ole(OleColor c) { return I4(static_cast<int32_t>(c)); }
-Rgb sys(int index) { return GetSysColor(index); }
 int divider_px() { return static_cast<int>(std::lround(30 / TwipsPerPixelX())); }
-
-// Events as one line, to compare with the expected order.
-std::wstring joined(const std::vector<std::wstring> &items)
-{
-    std::wstring all;
-    for (const std::wstring &item : items) all += (all.empty() ? L"" : L" ") + item;
-    return all;
-}
 
 // Every property set away from its defaults, written in save order.
 void set_everything(Hosted &f)
@@ -250,7 +240,7 @@ TEST_F(FrameTest, AFontWriteCopiesAndHugeCaptionsAndNegativeOrZeroSizesAreHarmle
 
 TEST_F(FrameTest, DrawsItsEightLinesWhereTheLayoutPutsThemAtEitherDpi)
 {
-    const int dpi = static_cast<int>(std::lround(1440 / TwipsPerPixelX()));
+    const int dpi = screen_dpi();
     if (dpi != 96 && dpi != 144) GTEST_SKIP() << "the screen is at " << dpi << " DPI";
     // Pixels {x, y, colour}: highlight, light, shadow, dark shadow, button face.
     const int H = COLOR_3DHILIGHT, L = COLOR_3DLIGHT, S = COLOR_BTNSHADOW, D = COLOR_3DDKSHADOW, F = COLOR_BTNFACE;

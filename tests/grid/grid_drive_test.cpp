@@ -259,6 +259,16 @@ TEST_F(GridDrive, TheAccessibleTableNamesRowsAndCellsAndTheOpenEditorHasTheFocus
     ASSERT_EQ(S_OK, table->get_accChild(*id.get(), row_disp.put()));
     ComPtr<IAccessible> row = row_disp.as<IAccessible>(IID_IAccessible);
     ASSERT_TRUE(row);
+    // Asked about a row by its number, the table answers as the row does; navigating to a
+    // row hands out its object.
+    Bstr row_name;
+    Variant row_role, first;
+    table->get_accName(*id.get(), row_name.put());
+    EXPECT_EQ(L"2:0", row_name.str());
+    table->get_accRole(*id.get(), row_role.put());
+    EXPECT_EQ(ROLE_SYSTEM_ROW, V_I4(row_role.get()));
+    ASSERT_EQ(S_OK, table->accNavigate(NAVDIR_FIRSTCHILD, *self.get(), first.put()));
+    EXPECT_EQ(VT_DISPATCH, V_VT(first.get()));
     id = I4(2); // column 1
     ComPtr<IDispatch> cell_disp;
     ASSERT_EQ(S_OK, row->get_accChild(*id.get(), cell_disp.put()));

@@ -39,10 +39,12 @@ const Setting kSettings[] = {
     {L"SyncBuddy", Bool(false), Bool(true)},          {L"ThousandsSeparator", Bool(true), Bool(false)},
     {L"Text", Str(L"1"), Str(L"17.5")},
 };
-const std::vector<std::wstring> kKeys = {
-    L"Font", L"ForeColor", L"Enabled", L"BackColor", L"BorderStyle", L"Alignment", L"AllowArrowKeys",
-    L"BuddyAlignment", L"Max", L"Interval", L"AllowDecPoint", L"MaxLength", L"Min", L"SyncBuddy",
-    L"ThousandsSeparator", L"Text"};
+// Every key, the font's first.
+const std::vector<std::wstring> kKeys = [] {
+    std::vector<std::wstring> keys{L"Font"};
+    for (const Setting &s : kSettings) keys.push_back(s.name);
+    return keys;
+}();
 
 // Events, their names or notices as one line, to compare with the expected order.
 std::wstring joined(const std::vector<std::wstring> &items)

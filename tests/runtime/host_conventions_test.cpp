@@ -126,6 +126,14 @@ TEST_F(HostConventions, TheGeneralPageShowsEachVisibleControlsPropertiesAndAppli
         {L"TarnControls.updown", L"ForeColor", L"0x00FF00", 0xFF00, L"ForeColor"},
         {L"TarnControls.grid", L"BorderStyle", L"0", 0, L"BorderStyle"},
         {L"TarnControls.grdchk", L"BACKCOLOR", L"&H0000FF00&", 0xFF00, L"BackColor"},
+        {L"TarnControls.sepbar", L"BACKCOLOR", L"&H00FF0000&", 0xFF0000, L"BACKCOLOR"},
+        {L"TarnControls.lneh", L"Alignment", L"2 - ", 2, L"ALIGNMENT"},
+        {L"TarnControls.rsz", L"Enabled", L"False", 0, L"ENABLED"},
+        {L"TarnControls.rszxp", L"BACKCOLOR", L"&H00654321&", 0x654321, L"BACKCOLOR"},
+        {L"TarnControls.pnl", L"BorderStyle", L"3 - ", 3, L"BORDERSTYLE"},
+        {L"TarnControls.pnl", L"FillStyle", L"1 - ", 1, L"FILLSTYLE"},
+        {L"TarnControls.tbf", L"Style", L"2 - ", 2, L"STYLE"},
+        {L"TarnControls.fontchars", L"CharCode", L"66", 66, L"CHARCODE"},
     };
     allow_self_sizing(form);
     for (const Case &c : cases) {
@@ -217,16 +225,27 @@ TEST_F(HostConventions, EachClassDeclaresItsPagesSafetyAndStatus)
         const wchar_t *progid;
         bool visible, safe;
         DWORD must, must_not;
+        bool colour = true; // has a colour property: the stock colour page is listed
     } cases[] = {
         {L"TarnControls.cframe", true, true, 0, OLEMISC_ALWAYSRUN},
         {L"TarnControls.lnev", true, true, 0, OLEMISC_ACTSLIKEBUTTON},
         {L"TarnControls.cbtn", true, true, OLEMISC_ACTSLIKEBUTTON, OLEMISC_INVISIBLEATRUNTIME},
         {L"TarnControls.updown", true, true, 0, OLEMISC_ALWAYSRUN},
-        {L"TarnControls.grid", true, false, 0, 0},  // reads and writes files
+        {L"TarnControls.grid", true, false, 0, 0, false}, // reads and writes files
+        {L"TarnControls.dlst", true, false, 0, 0, false}, // lists the machine's folders
         {L"TarnControls.grdchk", true, true, 0, 0},
+        {L"TarnControls.tbf", true, true, 0, OLEMISC_ACTSLIKEBUTTON},
+        {L"TarnControls.fontchars", true, true, 0, 0, false},
         {L"TarnControls.Subclass", false, false, OLEMISC_INVISIBLEATRUNTIME | OLEMISC_ALWAYSRUN, 0}, // other windows
         {L"TarnControls.resizelck", false, false, OLEMISC_INVISIBLEATRUNTIME | OLEMISC_ALWAYSRUN, 0},
         {L"TarnControls.mnutxt", false, false, OLEMISC_INVISIBLEATRUNTIME | OLEMISC_ALWAYSRUN, 0},
+        {L"TarnControls.sepbar", true, true, 0, OLEMISC_ACTSLIKEBUTTON},
+        {L"TarnControls.sepvbar", true, true, 0, OLEMISC_ALWAYSRUN, false},
+        {L"TarnControls.downarrow", true, true, 0, OLEMISC_ACTSLIKEBUTTON, false},
+        {L"TarnControls.lneh", true, true, 0, OLEMISC_SIMPLEFRAME},
+        {L"TarnControls.rsz", true, false, 0, OLEMISC_ALWAYSRUN}, // hooks and sizes its form
+        {L"TarnControls.rszxp", true, false, 0, OLEMISC_ALWAYSRUN},
+        {L"TarnControls.pnl", true, true, OLEMISC_SIMPLEFRAME, OLEMISC_ACTSLIKEBUTTON}, // holds other controls
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(narrow(c.progid));
@@ -247,7 +266,7 @@ TEST_F(HostConventions, EachClassDeclaresItsPagesSafetyAndStatus)
             ASSERT_LE(1u, pages.cElems);
             EXPECT_EQ(CLSID_TarnGeneralPage, pages.pElems[0]);
             bool colour = std::find(pages.pElems, pages.pElems + pages.cElems, CLSID_CColorPropPage) != pages.pElems + pages.cElems;
-            EXPECT_EQ(std::wstring(c.progid) != L"TarnControls.grid", colour); // the grid has no colour property
+            EXPECT_EQ(c.colour, colour);
             CoTaskMemFree(pages.pElems);
             EXPECT_EQ(E_POINTER, specify->GetPages(nullptr));
         }
@@ -299,6 +318,12 @@ TEST_F(HostConventions, EveryVisibleControlAnswersScreenReadersWithItsRole)
         {L"TarnControls.cframe", ROLE_SYSTEM_GROUPING},   {L"TarnControls.lnev", ROLE_SYSTEM_SEPARATOR},
         {L"TarnControls.cbtn", ROLE_SYSTEM_PUSHBUTTON},   {L"TarnControls.updown", ROLE_SYSTEM_SPINBUTTON},
         {L"TarnControls.grid", ROLE_SYSTEM_TABLE},        {L"TarnControls.grdchk", ROLE_SYSTEM_CHECKBUTTON},
+        {L"TarnControls.sepbar", ROLE_SYSTEM_SEPARATOR},  {L"TarnControls.sepvbar", ROLE_SYSTEM_SEPARATOR},
+        {L"TarnControls.lneh", ROLE_SYSTEM_SEPARATOR},    {L"TarnControls.downarrow", ROLE_SYSTEM_GRAPHIC},
+        {L"TarnControls.rsz", ROLE_SYSTEM_GRIP},          {L"TarnControls.rszxp", ROLE_SYSTEM_GRIP},
+        {L"TarnControls.pnl", ROLE_SYSTEM_GROUPING},
+        {L"TarnControls.dlst", ROLE_SYSTEM_GROUPING},     {L"TarnControls.tbf", ROLE_SYSTEM_PAGETABLIST},
+        {L"TarnControls.fontchars", ROLE_SYSTEM_LIST},
     };
     allow_self_sizing(form);
     int y = 10;

@@ -128,6 +128,7 @@ struct TypeEntry {
     TYPEKIND kind;
     GUID guid;
     std::wstring name;
+    WORD flags;
 };
 std::vector<TypeEntry> types_of(const std::wstring &dll)
 {
@@ -140,7 +141,7 @@ std::vector<TypeEntry> types_of(const std::wstring &dll)
         if (FAILED(tl->GetTypeInfo(i, info.put())) || FAILED(info->GetTypeAttr(&ta))) continue;
         Bstr name;
         tl->GetDocumentation(static_cast<INT>(i), name.put(), nullptr, nullptr, nullptr);
-        out.push_back({ta->typekind, ta->guid, name.str()});
+        out.push_back({ta->typekind, ta->guid, name.str(), ta->wTypeFlags});
         info->ReleaseTypeAttr(ta);
     }
     return out;
@@ -188,27 +189,35 @@ void expect_registered(HKEY root)
 
 } // namespace
 
-TEST(Registration, PublicControlsCarryWhatToolboxesLookForAndPrivateOnesDoNot)
+TEST(Registration, PublicControlsCarryWhatToolboxesLookForAndHiddenOnesDoNot)
 {
     const std::wstring key = L"CLSID\\" + guid_text(CLSID_cframe);
-    EXPECT_TRUE(exists(HKEY_CLASSES_ROOT, key + L"\\Control"));
     std::wstring bitmap = value(HKEY_CLASSES_ROOT, key + L"\\ToolboxBitmap32");
     EXPECT_EQ(0u, bitmap.find(dll_path() + L", ")) << test::narrow(bitmap);
-    // The bitmap the key names is in the DLL.
+    // The bitmap the key names is in the DLL, and so is the icon.
     HMODULE dll = LoadLibraryExW(dll_path().c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     ASSERT_TRUE(dll);
     int id = _wtoi(bitmap.substr(bitmap.find(L", ") + 2).c_str());
     EXPECT_TRUE(FindResourceW(dll, MAKEINTRESOURCEW(id), reinterpret_cast<LPCWSTR>(RT_BITMAP)));
     FreeLibrary(dll);
-    // Its icon is in the DLL too.
     std::wstring icon = value(HKEY_CLASSES_ROOT, key + L"\\DefaultIcon");
     ASSERT_EQ(0u, icon.find(dll_path() + L",-")) << test::narrow(icon);
     HICON extracted = ExtractIconW(nullptr, dll_path().c_str(), _wtoi(icon.substr(icon.find(L",-") + 1).c_str()));
     EXPECT_TRUE(extracted != nullptr && extracted != reinterpret_cast<HICON>(1));
     if (extracted) DestroyIcon(extracted);
-    // The window hook service is registered (as every class is) for the library's own use: out
-    // of every toolbox.
-    EXPECT_FALSE(exists(HKEY_CLASSES_ROOT, L"CLSID\\" + guid_text(CLSID_Subclass) + L"\\Control"));
+    // Classes hidden in the type library (the grid's check box, the window hook service) are
+    // registered for the library's own use: out of every toolbox, and no control to a designer.
+    int hidden = 0;
+    for (const TypeEntry &t : types_of(dll_path())) {
+        if (t.kind != TKIND_COCLASS) continue;
+        const std::wstring k = L"CLSID\\" + guid_text(t.guid);
+        const bool shown = !(t.flags & TYPEFLAG_FHIDDEN);
+        hidden += !shown;
+        EXPECT_EQ(shown, exists(HKEY_CLASSES_ROOT, k + L"\\Control")) << test::narrow(t.name);
+        EXPECT_EQ(shown, exists(HKEY_CLASSES_ROOT, k + L"\\ToolboxBitmap32")) << test::narrow(t.name);
+        EXPECT_EQ(shown, (t.flags & TYPEFLAG_FCONTROL) != 0) << test::narrow(t.name);
+    }
+    EXPECT_LE(2, hidden);
 }
 
 TEST(Registration, PerMachineAndPerUserWriteEveryKeyAndUnregisteringLeavesNone)

@@ -213,7 +213,6 @@ TEST(HostileHostSweep, EveryMemberOfEveryClassSurvivesHostileArgumentsAndTheCont
     for (const RegisteredClass &cls : classes) {
         members += cls.members.size();
         SCOPED_TRACE(narrow(cls.progid));
-        EXPECT_FALSE(cls.members.empty());
         int rotation = 0;
         for (Mode mode : {Mode::InPlace, Mode::NoSite, Mode::Closed}) {
             SCOPED_TRACE(mode_name(mode));
@@ -235,7 +234,7 @@ TEST(HostileHostSweep, EveryMemberOfEveryClassSurvivesHostileArgumentsAndTheCont
             ASSERT_TRUE(d);
             IUnknown *self = hosted ? hosted->unknown() : bare.get();
             RoundTrip trip = FindRoundTrip(d.get(), cls);
-            ASSERT_NE(DISPID_UNKNOWN, trip.id) << "no property to check the control with";
+            ASSERT_TRUE(trip.id != DISPID_UNKNOWN || ReadWriteProperties(cls).empty()) << "no property to check the control with";
 
             for (const RegisteredMember &m : cls.members) {
                 SCOPED_TRACE(narrow(m.name));
@@ -248,8 +247,7 @@ TEST(HostileHostSweep, EveryMemberOfEveryClassSurvivesHostileArgumentsAndTheCont
             }
             sweep_unknown_members(d.get(), self, counts);
             pump();
-            EXPECT_TRUE(RoundTrips(d.get(), trip))
-                << narrow(trip.name) << " no longer round-trips";
+            EXPECT_TRUE(StillUsable(d.get(), cls, trip)) << narrow(trip.name) << " no longer round-trips";
             d.reset();
             if (hosted) {
                 EXPECT_EQ(0u, hosted->close()) << "the control outlived its container";
@@ -260,6 +258,7 @@ TEST(HostileHostSweep, EveryMemberOfEveryClassSurvivesHostileArgumentsAndTheCont
     std::printf("sweep: %zu classes, %zu members, %ld calls in %.1f s\n", classes.size(), members, counts.calls,
                 seconds);
     EXPECT_EQ(0, counts.escaped);
+    EXPECT_LT(200u, members); // the type library was read (a separator may have no members of its own)
 }
 
 TEST(HostileHostSweep, AnObjectPropertyReadWithSurplusArgumentsAnswersWithoutHarm)

@@ -3,6 +3,8 @@
 // design-time icon, and a form and a lock that go in either order.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "service_test.h"
 
 using namespace tarn;
@@ -108,15 +110,11 @@ TEST_F(ResizeLockTest, MaximaAreTheScreensSizeWithoutHasMaxSizeAndNeverBelowTheM
     l.put(L"MinWidth", I4(400));
     l.put(L"MinHeight", I4(250));
     LONG width = 300;
-    EXPECT_EQ(S_OK, l.put(L"MaxWidth", by_ref(VT_I4, &width)));
-    EXPECT_EQ(400, width);
     Variant script_variable = I2(300);
-    EXPECT_EQ(S_OK, l.put(L"MaxWidth", by_ref(VT_VARIANT, script_variable.get())));
-    EXPECT_EQ(VT_I2, script_variable.vt());
-    EXPECT_EQ(400, as_integer(script_variable));
     double real = 250.4;
-    EXPECT_EQ(S_OK, l.put(L"MaxWidth", by_ref(VT_R8, &real)));
-    EXPECT_EQ(400.0, real);
+    for (const Variant &v : {by_ref(VT_I4, &width), by_ref(VT_VARIANT, script_variable.get()), by_ref(VT_R8, &real)})
+        EXPECT_EQ(S_OK, l.put(L"MaxWidth", v));
+    EXPECT_EQ(std::tuple(400, VT_I2, 400LL, 400.0), std::tuple(width, script_variable.vt(), as_integer(script_variable), real));
     l.put(L"MaxHeight", I4(600));
     MINMAXINFO info = ask(form.hwnd());
     EXPECT_EQ(Point(400, 250), xy(info.ptMinTrackSize));

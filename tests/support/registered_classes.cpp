@@ -167,4 +167,18 @@ bool RoundTrips(IDispatch *d, const RoundTrip &trip)
            put_get(d, trip.id, trip.indexed, trip.b);
 }
 
+bool StillUsable(IDispatch *d, const RegisteredClass &cls, const RoundTrip &trip)
+{
+    if (!ReadWriteProperties(cls).empty()) return RoundTrips(d, trip);
+    UINT infos = 0;
+    if (FAILED(d->GetTypeInfoCount(&infos)) || infos != 1) return false;
+    for (const RegisteredMember &m : cls.members) {
+        if (m.kind != INVOKE_PROPERTYGET || !m.inputs.empty()) continue;
+        Variant got;
+        DISPPARAMS none{};
+        if (FAILED(d->Invoke(m.id, IID_NULL, 0, DISPATCH_PROPERTYGET, &none, got.put(), nullptr, nullptr))) return false;
+    }
+    return true;
+}
+
 } // namespace tarn::test

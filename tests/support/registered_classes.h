@@ -46,5 +46,9 @@ struct RoundTrip {
 RoundTrip FindRoundTrip(IDispatch *d, const RegisteredClass &cls);
 // Both values put and read back unchanged.
 bool RoundTrips(IDispatch *d, const RoundTrip &trip);
+// Whether the control still does what a host asks of it: `trip` round-trips or, for a class
+// with no read-write property to try (a plain separator, a glyph), it still describes itself
+// and every property it has still reads.
+bool StillUsable(IDispatch *d, const RegisteredClass &cls, const RoundTrip &trip);
 
 } // namespace tarn::test

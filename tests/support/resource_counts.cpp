@@ -18,47 +18,49 @@ void dc_made(const void *h)
     if (h) InterlockedIncrement(&g_dcs);
 }
 
-// One counting wrapper per platform function: Original holds the real entry point.
+// The platform functions counted: what each returns, its parameters, and the count it moves.
+// A region given to a window belongs to the system from then on.
+#define COUNTED(X)                                                                                                     \
+    X(HBRUSH, CreateSolidBrush, (COLORREF c), (c), gdi_made(r))                                                        \
+    X(HBRUSH, CreateBrushIndirect, (const LOGBRUSH *b), (b), gdi_made(r))                                              \
+    X(HBRUSH, CreatePatternBrush, (HBITMAP b), (b), gdi_made(r))                                                       \
+    X(HBRUSH, CreateHatchBrush, (int s, COLORREF c), (s, c), gdi_made(r))                                              \
+    X(HPEN, CreatePen, (int s, int w, COLORREF c), (s, w, c), gdi_made(r))                                             \
+    X(HPEN, CreatePenIndirect, (const LOGPEN *p), (p), gdi_made(r))                                                    \
+    X(HBITMAP, CreateBitmap, (int w, int h, UINT p, UINT b, const void *bits), (w, h, p, b, bits), gdi_made(r))        \
+    X(HBITMAP, CreateCompatibleBitmap, (HDC dc, int w, int h), (dc, w, h), gdi_made(r))                                \
+    X(HBITMAP, CreateDIBSection, (HDC dc, const BITMAPINFO *bi, UINT u, void **bits, HANDLE s, DWORD o),               \
+      (dc, bi, u, bits, s, o), gdi_made(r))                                                                            \
+    X(HFONT, CreateFontIndirectA, (const LOGFONTA *lf), (lf), gdi_made(r))                                             \
+    X(HFONT, CreateFontIndirectW, (const LOGFONTW *lf), (lf), gdi_made(r))                                             \
+    X(HRGN, CreateRectRgn, (int a, int b, int c, int d), (a, b, c, d), gdi_made(r))                                    \
+    X(HRGN, CreateRectRgnIndirect, (const RECT *rc), (rc), gdi_made(r))                                                \
+    X(HRGN, CreateRoundRectRgn, (int a, int b, int c, int d, int e, int f), (a, b, c, d, e, f), gdi_made(r))           \
+    X(HRGN, CreateEllipticRgn, (int a, int b, int c, int d), (a, b, c, d), gdi_made(r))                                \
+    X(HRGN, CreatePolygonRgn, (const POINT *p, int n, int m), (p, n, m), gdi_made(r))                                  \
+    X(HRGN, ExtCreateRegion, (const XFORM *x, DWORD n, const RGNDATA *d), (x, n, d), gdi_made(r))                      \
+    X(HDC, CreateCompatibleDC, (HDC dc), (dc), dc_made(r))                                                             \
+    X(HDC, CreateDCW, (LPCWSTR a, LPCWSTR b, LPCWSTR c, const DEVMODEW *d), (a, b, c, d), dc_made(r))                  \
+    X(HDC, CreateDCA, (LPCSTR a, LPCSTR b, LPCSTR c, const DEVMODEA *d), (a, b, c, d), dc_made(r))                     \
+    X(BOOL, DeleteObject, (HGDIOBJ h), (h), if (r && h) InterlockedDecrement(&g_gdi))                                  \
+    X(BOOL, DeleteDC, (HDC h), (h), if (r && h) InterlockedDecrement(&g_dcs))                                          \
+    X(HDC, GetDC, (HWND w), (w), dc_made(r))                                                                           \
+    X(HDC, GetWindowDC, (HWND w), (w), dc_made(r))                                                                     \
+    X(int, ReleaseDC, (HWND w, HDC dc), (w, dc), if (r) InterlockedDecrement(&g_dcs))                                  \
+    X(HDC, BeginPaint, (HWND w, LPPAINTSTRUCT ps), (w, ps), dc_made(r))                                                \
+    X(BOOL, EndPaint, (HWND w, const PAINTSTRUCT *ps), (w, ps), if (r) InterlockedDecrement(&g_dcs))                   \
+    X(int, SetWindowRgn, (HWND w, HRGN rgn, BOOL redraw), (w, rgn, redraw), if (r && rgn) InterlockedDecrement(&g_gdi))
+
+// One counting wrapper per function: real_ holds the platform's entry point.
 #define HOOK(ret, name, params, args, after)                                                                          \
-    using name##_t = ret(WINAPI *) params;                                                                             \
-    name##_t real_##name = nullptr;                                                                                    \
+    ret(WINAPI *real_##name) params = nullptr;                                                                         \
     ret WINAPI hook_##name params                                                                                      \
     {                                                                                                                  \
         ret r = real_##name args;                                                                                      \
         after;                                                                                                         \
         return r;                                                                                                      \
     }
-
-HOOK(HBRUSH, CreateSolidBrush, (COLORREF c), (c), gdi_made(r))
-HOOK(HBRUSH, CreateBrushIndirect, (const LOGBRUSH *b), (b), gdi_made(r))
-HOOK(HBRUSH, CreatePatternBrush, (HBITMAP b), (b), gdi_made(r))
-HOOK(HBRUSH, CreateHatchBrush, (int s, COLORREF c), (s, c), gdi_made(r))
-HOOK(HPEN, CreatePen, (int s, int w, COLORREF c), (s, w, c), gdi_made(r))
-HOOK(HPEN, CreatePenIndirect, (const LOGPEN *p), (p), gdi_made(r))
-HOOK(HBITMAP, CreateBitmap, (int w, int h, UINT p, UINT b, const void *bits), (w, h, p, b, bits), gdi_made(r))
-HOOK(HBITMAP, CreateCompatibleBitmap, (HDC dc, int w, int h), (dc, w, h), gdi_made(r))
-HOOK(HBITMAP, CreateDIBSection, (HDC dc, const BITMAPINFO *bi, UINT u, void **bits, HANDLE s, DWORD o),
-     (dc, bi, u, bits, s, o), gdi_made(r))
-HOOK(HFONT, CreateFontIndirectA, (const LOGFONTA *lf), (lf), gdi_made(r))
-HOOK(HFONT, CreateFontIndirectW, (const LOGFONTW *lf), (lf), gdi_made(r))
-HOOK(HRGN, CreateRectRgn, (int a, int b, int c, int d), (a, b, c, d), gdi_made(r))
-HOOK(HRGN, CreateRectRgnIndirect, (const RECT *rc), (rc), gdi_made(r))
-HOOK(HRGN, CreateRoundRectRgn, (int a, int b, int c, int d, int e, int f), (a, b, c, d, e, f), gdi_made(r))
-HOOK(HRGN, CreateEllipticRgn, (int a, int b, int c, int d), (a, b, c, d), gdi_made(r))
-HOOK(HRGN, CreatePolygonRgn, (const POINT *p, int n, int m), (p, n, m), gdi_made(r))
-HOOK(HRGN, ExtCreateRegion, (const XFORM *x, DWORD n, const RGNDATA *d), (x, n, d), gdi_made(r))
-HOOK(HDC, CreateCompatibleDC, (HDC dc), (dc), dc_made(r))
-HOOK(HDC, CreateDCW, (LPCWSTR a, LPCWSTR b, LPCWSTR c, const DEVMODEW *d), (a, b, c, d), dc_made(r))
-HOOK(HDC, CreateDCA, (LPCSTR a, LPCSTR b, LPCSTR c, const DEVMODEA *d), (a, b, c, d), dc_made(r))
-HOOK(BOOL, DeleteObject, (HGDIOBJ h), (h), if (r && h) InterlockedDecrement(&g_gdi))
-HOOK(BOOL, DeleteDC, (HDC h), (h), if (r && h) InterlockedDecrement(&g_dcs))
-HOOK(HDC, GetDC, (HWND w), (w), dc_made(r))
-HOOK(HDC, GetWindowDC, (HWND w), (w), dc_made(r))
-HOOK(int, ReleaseDC, (HWND w, HDC dc), (w, dc), if (r) InterlockedDecrement(&g_dcs))
-HOOK(HDC, BeginPaint, (HWND w, LPPAINTSTRUCT ps), (w, ps), dc_made(r))
-HOOK(BOOL, EndPaint, (HWND w, const PAINTSTRUCT *ps), (w, ps), if (r) InterlockedDecrement(&g_dcs))
-// A region given to a window belongs to the system from then on.
-HOOK(int, SetWindowRgn, (HWND w, HRGN rgn, BOOL redraw), (w, rgn, redraw), if (r && rgn) InterlockedDecrement(&g_gdi))
+COUNTED(HOOK)
 
 struct Hook {
     const char *name;
@@ -66,16 +68,8 @@ struct Hook {
     void **real;
 };
 
-#define ENTRY(name) {#name, reinterpret_cast<void *>(&hook_##name), reinterpret_cast<void **>(&real_##name)}
-const Hook kHooks[] = {
-    ENTRY(CreateSolidBrush), ENTRY(CreateBrushIndirect), ENTRY(CreatePatternBrush), ENTRY(CreateHatchBrush),
-    ENTRY(CreatePen), ENTRY(CreatePenIndirect), ENTRY(CreateBitmap), ENTRY(CreateCompatibleBitmap),
-    ENTRY(CreateDIBSection), ENTRY(CreateFontIndirectA), ENTRY(CreateFontIndirectW), ENTRY(CreateRectRgn),
-    ENTRY(CreateRectRgnIndirect), ENTRY(CreateRoundRectRgn), ENTRY(CreateEllipticRgn), ENTRY(CreatePolygonRgn),
-    ENTRY(ExtCreateRegion), ENTRY(CreateCompatibleDC), ENTRY(CreateDCW), ENTRY(CreateDCA), ENTRY(DeleteObject),
-    ENTRY(DeleteDC), ENTRY(GetDC), ENTRY(GetWindowDC), ENTRY(ReleaseDC), ENTRY(BeginPaint), ENTRY(EndPaint),
-    ENTRY(SetWindowRgn),
-};
+#define ENTRY(ret, name, ...) {#name, reinterpret_cast<void *>(&hook_##name), reinterpret_cast<void **>(&real_##name)},
+const Hook kHooks[] = {COUNTED(ENTRY)};
 
 // Replaces the module's import-table entries of the functions above with the wrappers.
 bool patch_imports(HMODULE module)
