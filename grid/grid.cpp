@@ -554,7 +554,7 @@ long grid::AccessibleChildCount() { return model_.Cells().Rows(); }
 
 ComPtr<IDispatch> grid::AccessibleChildObject(long id)
 {
-    if (id < 1) return {};
+    if (id < 1 || id > model_.Cells().Rows()) return {};
     return MakeGridAccessible(&access_host_, ComPtr<IUnknown>(identity()), id - 1, -1);
 }
 

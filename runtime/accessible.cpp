@@ -213,10 +213,11 @@ private:
     // about itself); false for the control itself and its simple children.
     template <class F> bool to_object(const VARIANT &child, HRESULT &hr, F &&call)
     {
-        if (!owner_ || V_VT(&child) != VT_I4 || V_I4(&child) <= 0) return false;
+        const long id = owner_ ? child_of(child) : -1;
+        if (id <= 0) return false; // the control itself, or no child of it
         ComPtr<IAccessible> object;
         step([&] {
-            if (ComPtr<IDispatch> d = owner_->accessible_child_object(V_I4(&child)))
+            if (ComPtr<IDispatch> d = owner_->accessible_child_object(id))
                 d->QueryInterface(IID_IAccessible, object.put_void());
         });
         if (!object) return false;

@@ -269,6 +269,9 @@ TEST_F(GridDrive, TheAccessibleTableNamesRowsAndCellsAndTheOpenEditorHasTheFocus
     EXPECT_EQ(ROLE_SYSTEM_ROW, V_I4(row_role.get()));
     ASSERT_EQ(S_OK, table->accNavigate(NAVDIR_FIRSTCHILD, *self.get(), first.put()));
     EXPECT_EQ(VT_DISPATCH, V_VT(first.get()));
+    Variant past = I4(41);
+    Bstr none;
+    EXPECT_EQ(E_INVALIDARG, table->get_accName(*past.get(), none.put()));
     id = I4(2); // column 1
     ComPtr<IDispatch> cell_disp;
     ASSERT_EQ(S_OK, row->get_accChild(*id.get(), cell_disp.put()));
