@@ -49,6 +49,9 @@ struct CloseRegKey {
 struct DestroyWindowHandle {
     void operator()(HWND h) const { DestroyWindow(h); }
 };
+struct DestroyMenuHandle {
+    void operator()(HMENU h) const { DestroyMenu(h); }
+};
 
 using unique_brush = unique_handle<HBRUSH, DeleteGdiObject>;
 using unique_pen = unique_handle<HPEN, DeleteGdiObject>;
@@ -58,6 +61,7 @@ using unique_region = unique_handle<HRGN, DeleteGdiObject>;
 using unique_dc = unique_handle<HDC, DeleteDcHandle>;
 using unique_hkey = unique_handle<HKEY, CloseRegKey>;
 using unique_window = unique_handle<HWND, DestroyWindowHandle>;
+using unique_menu = unique_handle<HMENU, DestroyMenuHandle>;
 
 class select_guard {
 public:

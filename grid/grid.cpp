@@ -41,7 +41,11 @@ int screen_dpi()
 
 } // namespace
 
-grid::grid() : host_(*this), model_(&host_) {}
+grid::grid() : host_(*this), model_(&host_)
+{
+    // The editors' windows start hidden; BoxShow lays one over the current cell.
+    for (WindowedConstituent *w : editors_.Windows()) add_constituent(*w);
+}
 
 void grid::Initialize()
 {
@@ -126,7 +130,7 @@ template <class F> HRESULT grid::run(F &&f)
     return S_OK;
 }
 
-void grid::scroll_to(int32_t top_row, int32_t left_col)
+void grid::scroll_to(int32_t top_row, int32_t left_col, bool user)
 {
     // As far as the scroll bars go: the last page ends at the last row (column).
     CellEngine &cells = model_.Cells();
@@ -134,11 +138,11 @@ void grid::scroll_to(int32_t top_row, int32_t left_col)
     step([&] { cells.SetTopRow(std::clamp(top_row, 0, std::max(0, cells.Rows() - v.page_rows))); });
     step([&] { cells.SetLeftCol(std::clamp(left_col, 0, std::max(0, cells.Cols() - v.page_cols))); });
     changed();
-    // The user scrolled: the bars answer at once.
-    step([&] { sync_scroll_bars(); });
+    // The user scrolled: the bars answer at once (a host's call leaves them to the next paint).
+    if (user) step([&] { sync_scroll_bars(); });
 }
 
-void grid::ensure_visible(int32_t row, int32_t col)
+void grid::ensure_visible(int32_t row, int32_t col, bool user)
 {
     const CellEngine &cells = model_.Cells();
     GridView v = compute_view();
@@ -147,7 +151,7 @@ void grid::ensure_visible(int32_t row, int32_t col)
     else if (row >= top + v.page_rows) top = row - v.page_rows + 1;
     if (col < left) left = col;
     else if (col >= left + v.page_cols) left = col - v.page_cols + 1;
-    if (top != cells.TopRow() || left != cells.LeftCol()) scroll_to(top, left);
+    if (top != cells.TopRow() || left != cells.LeftCol()) scroll_to(top, left, user);
 }
 
 void grid::DrawSurface(HDC dc, const Scale &)
@@ -184,6 +188,7 @@ void grid::apply_font()
     d.bold = look.bold;
     model_.Cells().SetDefaults(d);
     painter_.ForgetFonts();
+    step([&] { editors_.SetFont(font_.get()); });
     changed();
 }
 
@@ -205,12 +210,129 @@ void grid::ModelHost::SetMousePointer(int16_t pointer)
 
 void grid::box_show()
 {
-    // The in-cell editors plug in here: a second BoxShow without a BoxHide does nothing.
-    if (box_open_) return;
-    box_open_ = true;
+    // A second BoxShow without a BoxHide does nothing (the editor set keeps the flag).
+    const CellEngine &cells = model_.Cells();
+    if (editors_.IsOpen() || !cells.HasCurrentCell()) return;
+    std::optional<EditorKind> kind = EditorForColumn(model_.Types(), cells.Col());
+    if (!kind) return;
+    // The editor lies over the cell as drawn, so the cell is brought into view first.
+    ensure_visible(cells.Row(), cells.Col(), false);
+    const GridView v = compute_view();
+    const Scale s = scale();
+    const int left = v.col_x(cells, cells.Col()), top = v.row_y(cells, cells.Row());
+    // The cell's own grid lines (right and bottom) stay visible around the editor.
+    const int width = std::max(0, v.col_x(cells, cells.Col() + 1) - left - 1);
+    const int height = std::max(0, v.row_y(cells, cells.Row() + 1) - top - 1);
+    editors_.Show(*kind, CellRect{to_twips_x(left, s), to_twips_y(top, s), to_twips_x(width, s), to_twips_y(height, s)});
 }
 
-void grid::box_hide() { box_open_ = false; }
+void grid::box_hide()
+{
+    if (!editors_.IsOpen()) return;
+    editors_.Hide();
+    changed();
+}
+
+// ---------------------------------------------------------------- editor host
+
+KeyContext grid::EditorHost::EditorContext()
+{
+    const CellEngine &cells = owner.model_.Cells();
+    return {cells.Row(), cells.Rows(), cells.Col(), cells.Cols(), owner.allow_edit_};
+}
+
+std::wstring grid::EditorHost::CurrentCellText()
+{
+    const CellEngine &cells = owner.model_.Cells();
+    return owner.model_.CellTextRead(cells.Row(), cells.Col());
+}
+
+void grid::EditorHost::WriteCurrentCell(const std::wstring &text)
+{
+    const CellEngine &cells = owner.model_.Cells();
+    owner.model_.CellTextSet(cells.Row(), cells.Col(), text);
+    owner.changed();
+}
+
+void grid::EditorHost::SetCurrentCellFont(const std::wstring &font_name)
+{
+    const CellEngine &cells = owner.model_.Cells();
+    owner.model_.CellFontSet(cells.Row(), cells.Col(), font_name);
+    owner.changed();
+}
+
+void grid::EditorHost::RunChange()
+{
+    owner.model_.Change();
+    owner.changed();
+}
+
+void grid::EditorHost::CarryOut(EditorStep step)
+{
+    GridModel &m = owner.model_;
+    const int32_t row = m.Cells().Row(), col = m.Cells().Col();
+    switch (step) {
+    case EditorStep::MoveRowDown:
+        if (row + 1 < m.Cells().Rows()) owner.move_to(row + 1, col);
+        break;
+    case EditorStep::MoveRowUp:
+        if (row > 0) owner.move_to(row - 1, col);
+        break;
+    case EditorStep::DeleteRow: m.RowDel(row); break;
+    case EditorStep::AddRowBelow: m.RowAdd(L"", row + 1); break;
+    case EditorStep::SummaryCalc: m.BarSummaryColCalc(col); break;
+    case EditorStep::NextColumn:
+        // The next cell's editor opens, so a row is typed in cell after cell.
+        if (col + 1 < m.Cells().Cols()) {
+            owner.move_to(row, col + 1);
+            m.GridSetFocus(col + 1, row);
+        }
+        break;
+    default: break;
+    }
+    owner.changed();
+}
+
+bool grid::EditorHost::EditorTakesFocus()
+{
+    // An editor a host opens while the user works elsewhere on the form does not take the
+    // focus from there (nor UI-activate the grid); the user's own ways in all start in the grid.
+    HWND w = owner.hWnd(), focus = GetFocus();
+    return w && focus && (focus == w || IsChild(w, focus));
+}
+
+void grid::EditorHost::EditorClosed(bool had_focus)
+{
+    if (had_focus)
+        if (HWND w = owner.hWnd()) ::SetFocus(w);
+}
+
+void grid::move_to(int32_t row, int32_t col)
+{
+    box_hide();
+    CellEngine &cells = model_.Cells();
+    if (row == cells.Row() && col == cells.Col()) return;
+    step([&] { model_.RowSetFocus(row); });
+    step([&] { model_.ColSetFocus(col); });
+    ensure_visible(row, col);
+    changed();
+    raise(ev::SelChange);
+}
+
+bool grid::user_open()
+{
+    const CellEngine &cells = model_.Cells();
+    if (!allow_edit_ || !cells.HasCurrentCell()) return false;
+    step([&] { model_.GridSetFocus(cells.Col(), cells.Row()); });
+    return editors_.IsOpen();
+}
+
+void grid::LostFocus()
+{
+    // The focus left the control (not for one of its editors): an open editor commits.
+    box_hide();
+    Invalidate();
+}
 
 // ---------------------------------------------------------------- mouse and keyboard
 
@@ -249,6 +371,14 @@ void grid::MouseDown(int16_t button, int16_t shift, float x, float y)
     int32_t row = -1, col = -1;
     Part part = hit(px, py, row, col);
     pressed_in_header_ = part == Part::Header;
+    sizing_col_ = -1;
+    if (part == Part::Header && button == mouse::Left) {
+        sizing_col_ = header_edge(px);
+        if (sizing_col_ >= 0) {
+            box_hide();
+            SetCapture(hWnd());
+        }
+    }
     if (part == Part::Header) {
         // The header bar remembers where it was pressed, on the scale of CellLeft.
         GridView v = compute_view();
@@ -257,45 +387,69 @@ void grid::MouseDown(int16_t button, int16_t shift, float x, float y)
     if (row >= 0) mouse_row_ = row;
     if (col >= 0) mouse_col_ = col;
     raise(ev::MouseDown, EventArgs().ref(button).ref(shift).ref(x).ref(y));
-    if (part == Part::Cells && row >= 0 && col >= 0 && button == mouse::Left) {
-        CellEngine &cells = model_.Cells();
-        if (row != cells.Row() || col != cells.Col()) {
-            step([&] { model_.RowSetFocus(row); });
-            step([&] { model_.ColSetFocus(col); });
-            ensure_visible(row, col);
-            changed();
-            raise(ev::SelChange);
-        }
-    }
+    // A click on another cell commits an open editor first.
+    if (part == Part::Cells && row >= 0 && col >= 0 && button == mouse::Left) move_to(row, col);
 }
 
-void grid::MouseMove(int16_t, int16_t, float x, float y)
+int32_t grid::header_edge(int x) const
+{
+    // A few pixels either side of a column's right edge grab it.
+    const GridView v = compute_view();
+    const CellEngine &cells = model_.Cells();
+    const int slop = std::max(2, static_cast<int>(std::lround(3 * 15 / v.tppx)));
+    for (int32_t c = v.first_col; c <= v.last_col; ++c)
+        if (std::abs(x - v.col_x(cells, c + 1)) <= slop) return c;
+    return -1;
+}
+
+void grid::MouseMove(int16_t button, int16_t, float x, float y)
 {
     Scale s = scale();
+    const int px = to_px_x(x, s);
+    if (sizing_col_ >= 0 && (button & mouse::Left)) {
+        const GridView v = compute_view();
+        const int width = std::max(0, px - v.col_x(model_.Cells(), sizing_col_));
+        step([&] { model_.ColWidth(sizing_col_, to_twips_x(width, s)); });
+        changed();
+        return;
+    }
     int32_t row = -1, col = -1;
-    hit(to_px_x(x, s), to_px_y(y, s), row, col);
+    hit(px, to_px_y(y, s), row, col);
     if (row >= 0) mouse_row_ = row;
     if (col >= 0) mouse_col_ = col;
 }
 
 void grid::MouseUp(int16_t button, int16_t shift, float x, float y)
 {
+    if (sizing_col_ >= 0) {
+        if (GetCapture() == hWnd()) ReleaseCapture();
+        step([&] { sync_scroll_bars(); });
+    }
     raise(ev::MouseUp, EventArgs().ref(button).ref(shift).ref(x).ref(y));
 }
 
 void grid::Click()
 {
     raise(ev::Click);
-    if (pressed_in_header_) raise(ev::SortClick);
+    // A click on the header bar (not on a column's edge) sorts by the column under it.
+    // A host that sorts in its SortClick handler (BarHeaderSort) sorts once: the grid sorts only
+    // when the handler did not.
+    if (pressed_in_header_ && sizing_col_ < 0) {
+        box_hide();
+        header_sorted_ = false;
+        raise(ev::SortClick);
+        if (!header_sorted_) {
+            step([&] { model_.BarHeaderSort(); });
+            changed();
+        }
+    }
+    sizing_col_ = -1;
 }
 
 void grid::DblClick()
 {
     raise(ev::DblClick);
-    if (allow_edit_ && !pressed_in_header_) {
-        const CellEngine &cells = model_.Cells();
-        step([&] { model_.GridSetFocus(cells.Col(), cells.Row()); });
-    }
+    if (!pressed_in_header_) user_open();
 }
 
 void grid::KeyDown(int16_t &key_code, int16_t shift)
@@ -314,19 +468,27 @@ void grid::KeyDown(int16_t &key_code, int16_t shift)
     case VK_NEXT: row += v.page_rows; break;
     case VK_HOME: col = 0; break;
     case VK_END: col = cells.Cols() - 1; break;
+    case VK_F2: user_open(); return;
     default: return; // a key the host cleared (0) or one the grid leaves alone
     }
+    // Ctrl+Home and Ctrl+End go to the first and the last cell.
+    if ((shift & 2) && key_code == VK_HOME) row = 0;
+    if ((shift & 2) && key_code == VK_END) row = cells.Rows() - 1;
     row = std::clamp(row, 0, cells.Rows() - 1);
     col = std::clamp(col, 0, cells.Cols() - 1);
-    if (row == cells.Row() && col == cells.Col()) return;
-    step([&] { model_.RowSetFocus(row); });
-    step([&] { model_.ColSetFocus(col); });
-    ensure_visible(row, col);
-    changed();
-    raise(ev::SelChange);
+    move_to(row, col);
 }
 
-void grid::KeyPress(int16_t &key_ascii) { raise(ev::KeyPress, EventArgs().ref(key_ascii)); }
+void grid::KeyPress(int16_t &key_ascii)
+{
+    raise(ev::KeyPress, EventArgs().ref(key_ascii));
+    // Typing a character opens the current cell's editor; the text box starts with it, unless
+    // the character is one the text box refuses.
+    if (key_ascii < 32 || key_ascii == 127 || editors_.IsOpen() || !user_open()) return;
+    CellEditor *e = editors_.OpenEditor();
+    if (e && e->Kind() == EditorKind::Text && !FilterEditorChar(key_ascii).refused)
+        step([&] { e->Load(std::wstring(1, static_cast<wchar_t>(key_ascii))); });
+}
 
 void grid::KeyUp(int16_t &key_code, int16_t shift) { raise(ev::KeyUp, EventArgs().ref(key_code).ref(shift)); }
 
@@ -343,6 +505,7 @@ LRESULT grid::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
     switch (msg) {
     case WM_VSCROLL:
     case WM_HSCROLL: {
+        box_hide(); // scrolling commits an open editor
         bool vertical = msg == WM_VSCROLL;
         SCROLLINFO si{};
         si.cbSize = sizeof si;
@@ -367,6 +530,7 @@ LRESULT grid::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
         return 0;
     }
     case WM_MOUSEWHEEL: {
+        box_hide();
         int notches = GET_WHEEL_DELTA_WPARAM(wp) / WHEEL_DELTA;
         scroll_to(cells.TopRow() - notches * 3, cells.LeftCol());
         handled = true;
@@ -382,6 +546,74 @@ LRESULT grid::OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled)
     default:
         return 0;
     }
+}
+
+// ---------------------------------------------------------------- accessibility
+
+long grid::AccessibleChildCount() { return model_.Cells().Rows(); }
+
+ComPtr<IDispatch> grid::AccessibleChildObject(long id)
+{
+    if (id < 1 || id > model_.Cells().Rows()) return {};
+    return MakeGridAccessible(&access_host_, ComPtr<IUnknown>(identity()), id - 1, -1);
+}
+
+bool grid::AccessibleFocus(VARIANT *out)
+{
+    // The open editor holds the focus; else the current cell, while the grid has it.
+    ComPtr<IDispatch> focused;
+    if (CellEditor *e = editors_.OpenEditor()) {
+        if (HWND w = e->Window().hWnd())
+            AccessibleObjectFromWindow(w, static_cast<DWORD>(OBJID_CLIENT), IID_IDispatch,
+                                       focused.put_void());
+    } else if (access_host_.AccessHasFocus()) {
+        const CellEngine &cells = model_.Cells();
+        if (cells.HasCurrentCell())
+            focused = MakeGridAccessible(&access_host_, ComPtr<IUnknown>(identity()), cells.Row(), cells.Col());
+    }
+    if (!focused) return false;
+    V_VT(out) = VT_DISPATCH;
+    V_DISPATCH(out) = focused.detach();
+    return true;
+}
+
+bool grid::AccessHost::AccessCurrent(int32_t &row, int32_t &col)
+{
+    const CellEngine &cells = owner.model_.Cells();
+    if (!cells.HasCurrentCell()) return false;
+    row = cells.Row();
+    col = cells.Col();
+    return true;
+}
+
+bool grid::AccessHost::AccessHasFocus()
+{
+    HWND w = owner.hWnd();
+    return w && GetFocus() == w;
+}
+
+bool grid::AccessHost::AccessScreenRect(int32_t row, int32_t col, RECT &r)
+{
+    HWND w = owner.hWnd();
+    if (!w || !owner.model_.Visible()) return false;
+    const GridView v = owner.compute_view();
+    const CellEngine &cells = owner.model_.Cells();
+    if (row < v.first_row || row > v.last_row) return false;
+    if (col >= 0 && (col < v.first_col || col > v.last_col)) return false;
+    r.top = std::max(v.row_y(cells, row), v.cells.top);
+    r.bottom = std::min(v.row_y(cells, row + 1), v.cells.bottom);
+    r.left = col < 0 ? v.cells.left : std::max(v.col_x(cells, col), v.cells.left);
+    r.right = col < 0 ? v.cells.right : std::min(v.col_x(cells, col + 1), v.cells.right);
+    MapWindowPoints(w, nullptr, reinterpret_cast<POINT *>(&r), 2);
+    return true;
+}
+
+ComPtr<IDispatch> grid::AccessHost::AccessTable()
+{
+    ComPtr<IDispatch> table;
+    if (HWND w = owner.hWnd())
+        AccessibleObjectFromWindow(w, static_cast<DWORD>(OBJID_CLIENT), IID_IDispatch, table.put_void());
+    return table;
 }
 
 // ---------------------------------------------------------------- properties
@@ -568,7 +800,11 @@ STDMETHODIMP grid::BoxHide()
     step([&] { box_hide(); });
     return S_OK;
 }
-STDMETHODIMP grid::BoxSelect() { return S_OK; } // selects the open editor's text: no editor opens yet
+STDMETHODIMP grid::BoxSelect()
+{
+    step([&] { editors_.Select(); });
+    return S_OK;
+}
 
 // ---------------------------------------------------------------- the whole grid
 
@@ -590,7 +826,11 @@ STDMETHODIMP grid::GridRefresh() { return run([&] { model_.GridRefresh(); }); }
 STDMETHODIMP grid::GridShow() { return run([&] { model_.GridShow(); }); }
 STDMETHODIMP grid::GridHide() { return run([&] { model_.GridHide(); }); }
 STDMETHODIMP grid::SortFlex(long ColNo) { return run([&] { model_.SortFlex(ColNo); }); }
-STDMETHODIMP grid::BarHeaderSort() { return run([&] { model_.BarHeaderSort(); }); }
+STDMETHODIMP grid::BarHeaderSort()
+{
+    header_sorted_ = true;
+    return run([&] { model_.BarHeaderSort(); });
+}
 STDMETHODIMP grid::BarHeaderCaptionSet(long ColNo, BSTR c) { return run([&] { model_.BarHeaderCaptionSet(ColNo, from_bstr(c)); }); }
 STDMETHODIMP grid::BarHeaderCaptionRead(long ColNo, BSTR *r) { return get_string(r, [&] { return model_.BarHeaderCaptionRead(ColNo); }); }
 STDMETHODIMP grid::BarHeaderRefresh() { return run([] {}); } // the header follows the column widths at every paint
@@ -607,6 +847,61 @@ STDMETHODIMP grid::BarSummaryColVisible(long ColNo, VARIANT_BOOL v)
 STDMETHODIMP grid::FontUpdate()
 {
     step([&] { apply_font(); });
+    return S_OK;
+}
+
+// ---------------------------------------------------------------- the editors' lists and keys
+
+namespace {
+// An optional Index of ComboAdd and imgComboAdd: the end of the list when missing.
+int32_t optional_index(const VARIANT &index)
+{
+    std::optional<int32_t> i = OptionalInt32(index);
+    return i ? *i : -1;
+}
+} // namespace
+
+STDMETHODIMP grid::ComboAdd(BSTR Item, VARIANT Index)
+{
+    step([&] { editors_.List().AddItem(from_bstr(Item), optional_index(Index)); });
+    return S_OK;
+}
+STDMETHODIMP grid::ComboDel(long Index)
+{
+    step([&] { editors_.List().RemoveItem(Index); });
+    return S_OK;
+}
+STDMETHODIMP grid::ComboClear()
+{
+    step([&] { editors_.List().Clear(); });
+    return S_OK;
+}
+STDMETHODIMP grid::imgComboAdd(BSTR Item, VARIANT Index)
+{
+    step([&] { editors_.Images().AddItem(from_bstr(Item), optional_index(Index)); });
+    return S_OK;
+}
+STDMETHODIMP grid::imgComboDel(long Index)
+{
+    step([&] { editors_.Images().RemoveItem(Index); });
+    return S_OK;
+}
+STDMETHODIMP grid::imgComboClear()
+{
+    step([&] { editors_.Images().Clear(); });
+    return S_OK;
+}
+STDMETHODIMP grid::cboCONTROL_KeyDown(short *KeyCode, short *Shift)
+{
+    if (!KeyCode || !Shift) return S_OK;
+    step([&] { editors_.ListKeyDown(*KeyCode, *Shift); });
+    changed();
+    return S_OK;
+}
+STDMETHODIMP grid::cboCONTROL_KeyUp(short *KeyCode, short *Shift)
+{
+    if (!KeyCode || !Shift) return S_OK;
+    step([&] { editors_.ListKeyUp(*KeyCode, *Shift); });
     return S_OK;
 }
 

@@ -3,6 +3,8 @@
 // painting of what is visible, scrolling, and the mouse and keyboard. Every non-visual member
 // works without a window, so a script can fill, sort, total, save and load a grid.
 #pragma once
+#include "grid/editors/grid_editors.h"
+#include "grid/grid_accessible.h"
 #include "grid/grid_model.h"
 #include "grid/grid_painter.h"
 #include "grid/grid_view.h"
@@ -103,6 +105,18 @@ public:
     STDMETHODIMP BarSummaryColRead(long ColNo, BSTR *result) override;
     STDMETHODIMP BarSummaryColVisible(long ColNo, VARIANT_BOOL blnVISIBLE) override;
     STDMETHODIMP FontUpdate() override;
+    // the editors' lists and keys
+    STDMETHODIMP ComboAdd(BSTR Item, VARIANT Index) override;
+    STDMETHODIMP ComboDel(long Index) override;
+    STDMETHODIMP ComboClear() override;
+    STDMETHODIMP imgComboAdd(BSTR Item, VARIANT Index) override;
+    STDMETHODIMP imgComboDel(long Index) override;
+    STDMETHODIMP imgComboClear() override;
+    STDMETHODIMP cboCONTROL_KeyDown(short *KeyCode, short *Shift) override;
+    STDMETHODIMP cboCONTROL_KeyUp(short *KeyCode, short *Shift) override;
+
+    // For tests and the benchmark: the editor set (its clock, the open editor).
+    GridEditors &Editors() { return editors_; }
 
 protected:
     void Initialize() override;
@@ -123,10 +137,13 @@ protected:
     void KeyPress(int16_t &key_ascii) override;
     void KeyUp(int16_t &key_code, int16_t shift) override;
     void GotFocus() override { Invalidate(); }
-    void LostFocus() override { Invalidate(); }
+    void LostFocus() override;
     LRESULT OnMessage(UINT msg, WPARAM wp, LPARAM lp, bool &handled) override;
     DWORD WindowStyle() const override { return WS_HSCROLL | WS_VSCROLL; }
     long AccessibleRole() override { return ROLE_SYSTEM_TABLE; }
+    long AccessibleChildCount() override;
+    ComPtr<IDispatch> AccessibleChildObject(long id) override;
+    bool AccessibleFocus(VARIANT *out) override;
     UINT DialogCode() const override { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
 
 private:
@@ -142,6 +159,33 @@ private:
         void Relayout() override { owner.relayout(); }
         grid &owner;
     };
+    // The editors' way back: the current cell, the key steps, the events.
+    struct EditorHost final : GridEditorHost {
+        explicit EditorHost(grid &g) : owner(g) {}
+        KeyContext EditorContext() override;
+        std::wstring CurrentCellText() override;
+        void WriteCurrentCell(const std::wstring &text) override;
+        void SetCurrentCellFont(const std::wstring &font_name) override;
+        void RunChange() override;
+        void RaiseEvent(DISPID id, EventArgs &args) override { owner.raise(id, args); }
+        void CarryOut(EditorStep step) override;
+        void EditorClosed(bool had_focus) override;
+        bool EditorTakesFocus() override;
+        grid &owner;
+    };
+
+    // What the accessible rows and cells read.
+    struct AccessHost final : GridAccessSource {
+        explicit AccessHost(grid &g) : owner(g) {}
+        int32_t AccessRows() override { return owner.model_.Cells().Rows(); }
+        int32_t AccessCols() override { return owner.model_.Cells().Cols(); }
+        std::wstring AccessText(int32_t row, int32_t col) override { return owner.model_.CellTextRead(row, col); }
+        bool AccessCurrent(int32_t &row, int32_t &col) override;
+        bool AccessHasFocus() override;
+        bool AccessScreenRect(int32_t row, int32_t col, RECT &r) override;
+        ComPtr<IDispatch> AccessTable() override;
+        grid &owner;
+    };
 
     GridView compute_view() const;
     // After every operation: the picture and the scroll bars are marked out of date (while
@@ -151,10 +195,18 @@ private:
     void relayout();
     // Sets the scroll bars to the model's counts, page and position where they differ.
     void sync_scroll_bars();
-    void scroll_to(int32_t top_row, int32_t left_col);
-    void ensure_visible(int32_t row, int32_t col);
+    // `user`: the user scrolled, so the scroll bars follow at once; a host's call leaves them to
+    // the next paint.
+    void scroll_to(int32_t top_row, int32_t left_col, bool user = true);
+    void ensure_visible(int32_t row, int32_t col, bool user = true);
     void box_show();
     void box_hide();
+    // The user makes (row, col) current: an open editor commits first, then SelChange.
+    void move_to(int32_t row, int32_t col);
+    // The user opens the current cell's editor (double click, F2, a typed character).
+    bool user_open();
+    // The column whose right edge is under x (pixels) in the header bar, -1 when none.
+    int32_t header_edge(int x) const;
     void apply_font();
     HRESULT colour_method(OleColor &slot, OLE_COLOR *newcol);
     HRESULT font_format(long row, long col, const VARIANT &font, const VARIANT &size, const VARIANT &bold,
@@ -172,7 +224,12 @@ private:
     ComPtr<IFontDisp> font_;
     int32_t border_style_ = 1;
     bool allow_edit_ = false;
-    bool box_open_ = false;
+    EditorHost editor_host_{*this};
+    AccessHost access_host_{*this};
+    GridEditors editors_{editor_host_};
+    // A column's edge being dragged in the header bar: its column, else -1.
+    int32_t sizing_col_ = -1;
+    bool header_sorted_ = false; // BarHeaderSort ran (a host's SortClick handler sorted)
     int16_t mouse_pointer_ = 0;
     int32_t mouse_row_ = 0, mouse_col_ = 0;
     bool pressed_in_header_ = false;

@@ -110,19 +110,6 @@ void GridModel::ColWidth(int32_t ColNo, double ColWidthVal)
     if (ColWidthVal >= 0) step([&] { cells_.SetColWidth(ColNo, to_int32(ColWidthVal)); });
 }
 
-CellEditor GridModel::EditorFor(int32_t ColNo) const
-{
-    const int32_t code = ColNo <= ColumnTypes::kLastIndex ? types_.Get(ColNo) : kColText;
-    if (code == kColDate) return CellEditor::kDate;
-    if (code == kColTime) return CellEditor::kTime;
-    if (code == kColCombo) return CellEditor::kCombo;
-    if (code == kColImageCombo) return CellEditor::kImageCombo;
-    if (code == kColPercent) return CellEditor::kPercent;
-    if (code == kColCheck) return CellEditor::kCheck;
-    if (code == kColText) return CellEditor::kText;
-    return CellEditor::kNone;
-}
-
 // ---------------------------------------------------------------- cells
 
 void GridModel::CellTextSet(int32_t RowNo, int32_t ColNo, const std::wstring &Text)

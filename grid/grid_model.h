@@ -26,7 +26,7 @@ struct GridModelHost {
     virtual void RaiseChange() {}
     virtual void RaiseChangePost() {}
     // Opens the in-cell editor of the current column's type over the current cell
-    // (GridModel::EditorFor tells which); a second BoxShow without a BoxHide is ignored.
+    // (grid/editors/editor_kinds.h tells which); a second BoxShow without a BoxHide is ignored.
     virtual void BoxShow() {}
     // Closes the open editor, writing its value back into the cell (through the model).
     virtual void BoxHide() {}
@@ -37,9 +37,6 @@ struct GridModelHost {
     // Re-runs the control's resize layout (GridRefresh).
     virtual void Relayout() {}
 };
-
-// The in-cell editor each column type opens.
-enum class CellEditor { kNone, kText, kDate, kImageCombo, kCheck, kCombo, kPercent, kTime };
 
 // Where the sort marker stands after a sort (the control draws it in its marker frame).
 struct SortMarker {
@@ -98,9 +95,6 @@ public:
     // Column type codes for indexes 0..10000; others are ignored and read as "".
     void ColTypeSet(int32_t ColNo, int32_t ColTypeVal) { types_.Set(ColNo, ColTypeVal); }
     std::wstring ColTypeRead(int32_t ColNo) const { return types_.Read(ColNo); }
-    // The editor BoxShow opens for a column: its type looked up (index at most 10000, else 0)
-    // and tested in the order 1, 6, 4, 2, 5, 3; 0 is the text box, other codes open none.
-    CellEditor EditorFor(int32_t ColNo) const;
 
     // ---- cells. The setters make (RowNo, ColNo) the current cell and leave it there.
     void CellTextSet(int32_t RowNo, int32_t ColNo, const std::wstring &Text);

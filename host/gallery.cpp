@@ -3,6 +3,7 @@
 //
 //   gallery.exe               opens the window and runs until it is closed
 //   gallery.exe --png FILE    renders the same page off-screen into a PNG file and exits
+//   gallery.exe --editors DIR renders the grid with each in-cell editor open, one PNG each
 //
 // Each exhibit is a control plus the property writes that set it up; controls added to the
 // library add their exhibits to kExhibits. Invisible controls show their design-time face from
@@ -179,7 +180,7 @@ std::vector<Exhibit> exhibits()
         {L"grid: typed columns, header and summary bars, sorted by amount",
          L"TarnControls.grid",
          {380, 170},
-         {{L"BarSummary", Bool(true)}}},
+         {{L"BarSummary", Bool(true)}, {L"AllowGridEdit", Bool(true)}}},
         {L"dlst: the drives, C: opened", L"TarnControls.dlst", {260, 200}, {}},
         {L"fontchars: Tahoma, Latin-1, é chosen",
          L"TarnControls.fontchars",
@@ -552,6 +553,48 @@ void draw_popup(HDC dc, Placed &p)
     p.control->call(L"HidePopUp");
 }
 
+// The grid with the editor of each column type open over cell (1, 1): one picture each, every
+// grid alone on its form (an editor closes when its grid loses the focus).
+int render_editors(const std::wstring &dir)
+{
+    const struct {
+        int code;
+        const wchar_t *name, *text;
+    } kinds[] = {{0, L"text", L"Plums"},        {1, L"date", L"05/03/2024"}, {2, L"imagelist", L"Pears"},
+                 {3, L"check", L" a"},          {4, L"list", L"Figs"},       {5, L"percent", L"40 %"},
+                 {6, L"time", L"09:41:07"}};
+    int written = 0;
+    for (const auto &k : kinds) {
+        Container form(420, 160);
+        ShowWindow(form.hwnd(), SW_SHOW);
+        RECT pos{10, 10, 390, 130};
+        Hosted g(form, L"TarnControls.grid", pos);
+        if (!g.ok() || FAILED(g.activate())) return 1;
+        fill_grid(g);
+        for (const wchar_t *item : {L"Apples", L"Pears", L"Plums", L"Figs"}) {
+            g.call(L"ComboAdd", {Str(item)});
+            g.call(L"imgComboAdd", {Str(item)});
+        }
+        g.call(L"ColTypeSet", {I4(1), I4(k.code)});
+        g.call(L"CellTextSet", {I4(1), I4(1), Str(k.text)});
+        g.put(L"AllowGridEdit", Bool(true));
+        g.call(L"GridSetFocus", {I4(1), I4(1)});
+        Bitmap picture(pos.right - pos.left, pos.bottom - pos.top, GetSysColor(COLOR_WINDOW));
+        RECTL bounds{0, 0, pos.right - pos.left, pos.bottom - pos.top};
+        if (ComPtr<IViewObject> view = g.as<IViewObject>(IID_IViewObject))
+            view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, picture.dc(), &bounds, nullptr, nullptr, 0);
+        g.call(L"BoxHide");
+        const std::wstring path = dir + L"\\grid-editor-" + k.name + L".png";
+        if (!picture.save_png(path)) {
+            std::fwprintf(stderr, L"gallery: cannot write %ls\n", path.c_str());
+            return 1;
+        }
+        ++written;
+    }
+    std::wprintf(L"gallery: %d editor pictures written to %ls\n", written, dir.c_str());
+    return 0;
+}
+
 int render_png(const std::wstring &path)
 {
     Container form(800, 600), designer(100, 100);
@@ -643,7 +686,9 @@ int wmain(int argc, wchar_t **argv)
 {
     SetProcessDPIAware();
     if (FAILED(OleInitialize(nullptr))) return 2;
-    int rc = (argc == 3 && std::wstring(argv[1]) == L"--png") ? render_png(argv[2]) : run_window();
+    int rc = argc == 3 && std::wstring(argv[1]) == L"--png"       ? render_png(argv[2])
+             : argc == 3 && std::wstring(argv[1]) == L"--editors" ? render_editors(argv[2])
+                                                                  : run_window();
     OleUninitialize();
     return rc;
 }

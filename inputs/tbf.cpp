@@ -299,7 +299,13 @@ void tbf::DoChildDefaultAction(long id)
     if (enabled_) select(static_cast<int>(id - 1));
 }
 
-long tbf::AccessibleFocusedChild() { return focused() && selected_ >= 0 ? selected_ + 1 : CHILDID_SELF; }
+bool tbf::AccessibleFocus(VARIANT *out)
+{
+    if (!focused() || selected_ < 0) return false;
+    V_VT(out) = VT_I4;
+    V_I4(out) = selected_ + 1;
+    return true;
+}
 long tbf::AccessibleSelectedChild() { return selected_ >= 0 ? selected_ + 1 : CHILDID_SELF; }
 
 // ---------------------------------------------------------------- properties

@@ -68,7 +68,7 @@ protected:
     long AccessibleChildCount() override { return static_cast<long>(captions_.size()); }
     bool AccessibleChild(long id, AccessibleElement &out) override;
     void DoChildDefaultAction(long id) override;
-    long AccessibleFocusedChild() override;
+    bool AccessibleFocus(VARIANT *out) override;
     long AccessibleSelectedChild() override;
 
 private:

@@ -1,7 +1,7 @@
 #include "runtime/accessible.h"
 
-#include "runtime/accessible_base.h"
 #include "foundation/trap.h"
+#include "runtime/accessible_base.h"
 #include "runtime/guarded.h"
 
 #include <new>
@@ -21,42 +21,57 @@ public:
         standard_.reset();
     }
 
-    // IAccessible: what the control says of itself and of its simple children.
+    // IAccessible: what the control says of itself and of its simple children; questions about
+    // a child with an object of its own go to that object.
     STDMETHODIMP get_accName(VARIANT child, BSTR *out) override
     {
+        HRESULT hr;
+        if (to_object(child, hr, [&](IAccessible *o, VARIANT self) { return o->get_accName(self, out); })) return hr;
         return own_or_standard(child, out, [&] { return owner_->accessible_name(); },
                                [](const AccessibleElement &e) { return e.name; },
                                [&](IAccessible *s) { return s->get_accName(child, out); });
     }
     STDMETHODIMP get_accKeyboardShortcut(VARIANT child, BSTR *out) override
     {
+        HRESULT hr;
+        if (to_object(child, hr, [&](IAccessible *o, VARIANT self) { return o->get_accKeyboardShortcut(self, out); })) return hr;
         return own_or_standard(child, out, [&] { return owner_->accessible_shortcut(); },
                                [](const AccessibleElement &e) { return e.shortcut; },
                                [&](IAccessible *s) { return s->get_accKeyboardShortcut(child, out); });
     }
     STDMETHODIMP get_accDescription(VARIANT child, BSTR *out) override
     {
+        HRESULT hr;
+        if (to_object(child, hr, [&](IAccessible *o, VARIANT self) { return o->get_accDescription(self, out); })) return hr;
         return own_or_standard(child, out, [&] { return owner_->accessible_description(); },
                                [](const AccessibleElement &) { return std::wstring(); },
                                [&](IAccessible *s) { return s->get_accDescription(child, out); });
     }
     STDMETHODIMP get_accRole(VARIANT child, VARIANT *out) override
     {
+        HRESULT hr;
+        if (to_object(child, hr, [&](IAccessible *o, VARIANT self) { return o->get_accRole(self, out); })) return hr;
         return own_long(child, out, [&] { return owner_->accessible_role(); },
                         [](const AccessibleElement &e) { return e.role; });
     }
     STDMETHODIMP get_accState(VARIANT child, VARIANT *out) override
     {
+        HRESULT hr;
+        if (to_object(child, hr, [&](IAccessible *o, VARIANT self) { return o->get_accState(self, out); })) return hr;
         return own_long(child, out, [&] { return owner_->accessible_state(); },
                         [](const AccessibleElement &e) { return e.state; });
     }
     STDMETHODIMP get_accDefaultAction(VARIANT child, BSTR *out) override
     {
+        HRESULT hr;
+        if (to_object(child, hr, [&](IAccessible *o, VARIANT self) { return o->get_accDefaultAction(self, out); })) return hr;
         return own_string(child, out, [&] { return owner_->accessible_default_action(); },
                           [](const AccessibleElement &e) { return e.default_action; });
     }
     STDMETHODIMP accDoDefaultAction(VARIANT child) override
     {
+        HRESULT hr;
+        if (to_object(child, hr, [&](IAccessible *o, VARIANT self) { return o->accDoDefaultAction(self); })) return hr;
         long id = child_of(child);
         if (id < 0) return E_INVALIDARG;
         if (!owner_) return CO_E_OBJNOTCONNECTED;
@@ -68,6 +83,8 @@ public:
     }
     STDMETHODIMP get_accValue(VARIANT child, BSTR *out) override
     {
+        HRESULT hr;
+        if (to_object(child, hr, [&](IAccessible *o, VARIANT self) { return o->get_accValue(self, out); })) return hr;
         return own_string(child, out, [&] { return owner_->accessible_value(); },
                           [](const AccessibleElement &) { return std::wstring(); });
     }
@@ -81,13 +98,22 @@ public:
             return S_OK;
         });
     }
-    STDMETHODIMP get_accChild(VARIANT, IDispatch **out) override
+    STDMETHODIMP get_accChild(VARIANT child, IDispatch **out) override
     {
-        if (out) *out = nullptr;
-        return owner_ ? S_FALSE : CO_E_OBJNOTCONNECTED; // the children are simple elements
+        if (!out) return E_POINTER;
+        *out = nullptr;
+        if (!owner_) return CO_E_OBJNOTCONNECTED;
+        long id = child_of(child);
+        if (id <= 0) return E_INVALIDARG;
+        return guarded([&] {
+            *out = owner_->accessible_child_object(id).detach();
+            return *out ? S_OK : S_FALSE; // S_FALSE: a simple child
+        });
     }
     STDMETHODIMP accLocation(long *x, long *y, long *w, long *h, VARIANT c) override
     {
+        HRESULT hr;
+        if (to_object(c, hr, [&](IAccessible *o, VARIANT self) { return o->accLocation(x, y, w, h, self); })) return hr;
         long id = child_of(c);
         if (id <= 0) return std_plain([&](IAccessible *s) { return s->accLocation(x, y, w, h, c); });
         if (!x || !y || !w || !h) return E_POINTER;
@@ -139,16 +165,17 @@ public:
             to = id - 1;
         }
         if (to < 1 || to > n) return S_FALSE;
-        V_VT(out) = VT_I4;
-        V_I4(out) = to;
-        return S_OK;
+        return guarded([&] { return child_variant(to, out); });
     }
     STDMETHODIMP get_accFocus(VARIANT *out) override
     {
-        HRESULT hr = std_variant(out, [&](IAccessible *s) { return s->get_accFocus(out); });
-        if (hr == S_OK && V_VT(out) == VT_I4 && V_I4(out) == CHILDID_SELF)
-            step([&] { V_I4(out) = owner_->accessible_focused_child(); });
-        return hr;
+        if (!out) return E_POINTER;
+        VariantInit(out);
+        if (!owner_) return CO_E_OBJNOTCONNECTED;
+        HRESULT own = guarded([&] { return owner_->accessible_focus(out) ? S_OK : S_FALSE; });
+        if (own == S_OK) return S_OK;
+        VariantClear(out);
+        return std_variant(out, [&](IAccessible *s) { return s->get_accFocus(out); });
     }
     STDMETHODIMP get_accSelection(VARIANT *out) override
     {
@@ -157,9 +184,7 @@ public:
         if (!owner_) return CO_E_OBJNOTCONNECTED;
         long id = read_step<long>([&] { return owner_->accessible_selected_child(); }, CHILDID_SELF);
         if (id == CHILDID_SELF) return std_variant(out, [&](IAccessible *s) { return s->get_accSelection(out); });
-        V_VT(out) = VT_I4;
-        V_I4(out) = id;
-        return S_OK;
+        return guarded([&] { return child_variant(id, out); });
     }
 
     // The rest: the standard object of the window.
@@ -170,9 +195,38 @@ public:
         return std_call(file, [&](IAccessible *s) { return s->get_accHelpTopic(file, c, topic); });
     }
     STDMETHODIMP accSelect(long flags, VARIANT c) override { return std_plain([&](IAccessible *s) { return s->accSelect(flags, c); }); }
-
 private:
     long count() { return owner_ ? owner_->accessible_child_count() : 0; }
+    // Child `id` as clients take it back: its object when it has one, else its number.
+    HRESULT child_variant(long id, VARIANT *out)
+    {
+        if (ComPtr<IDispatch> object = owner_->accessible_child_object(id)) {
+            V_VT(out) = VT_DISPATCH;
+            V_DISPATCH(out) = object.detach();
+        } else {
+            V_VT(out) = VT_I4;
+            V_I4(out) = id;
+        }
+        return S_OK;
+    }
+    // Hands a question about a child with an object of its own to that object (as a question
+    // about itself); false for the control itself and its simple children.
+    template <class F> bool to_object(const VARIANT &child, HRESULT &hr, F &&call)
+    {
+        const long id = owner_ ? child_of(child) : -1;
+        if (id <= 0) return false; // the control itself, or no child of it
+        ComPtr<IAccessible> object;
+        step([&] {
+            if (ComPtr<IDispatch> d = owner_->accessible_child_object(id))
+                d->QueryInterface(IID_IAccessible, object.put_void());
+        });
+        if (!object) return false;
+        VARIANT self;
+        V_VT(&self) = VT_I4;
+        V_I4(&self) = CHILDID_SELF;
+        hr = guarded([&] { return call(object.get(), self); });
+        return true;
+    }
     // The child a VARIANT names: CHILDID_SELF, a child's number, or -1 for anything else.
     long child_of(const VARIANT &child)
     {

@@ -1,6 +1,6 @@
-// AccessibleBase: what every accessible object of the library answers alike. IAccessible is a
-// dual interface, but clients use its vtable: IDispatch is found and late binding not offered.
-// The object counts towards the module's lifetime.
+// What every accessible object of the library answers alike: IAccessible is a dual interface,
+// but clients use its vtable, so late binding is not offered, and no object takes a new name
+// or value from a client.
 #pragma once
 #include <windows.h>
 #include <oleacc.h>
@@ -12,8 +12,6 @@ namespace tarn {
 
 class AccessibleBase : public ComObject<IAccessible> {
 public:
-    void *query_more(REFIID riid) override { return riid == IID_IDispatch ? static_cast<IAccessible *>(this) : nullptr; }
-
     STDMETHODIMP GetTypeInfoCount(UINT *n) override
     {
         if (!n) return E_POINTER;
@@ -32,6 +30,10 @@ public:
     }
     STDMETHODIMP put_accName(VARIANT, BSTR) override { return E_NOTIMPL; }
     STDMETHODIMP put_accValue(VARIANT, BSTR) override { return E_NOTIMPL; }
+
+protected:
+    void *query_more(REFIID riid) override { return riid == IID_IDispatch ? static_cast<IAccessible *>(this) : nullptr; }
+    static bool is_self(const VARIANT &child) { return V_VT(&child) == VT_I4 && V_I4(&child) == CHILDID_SELF; }
 
 private:
     module::ObjectCount count_;

@@ -32,16 +32,18 @@ float ComboBox::Height() const
     return static_cast<float>((r.bottom - r.top) * TwipsPerPixelY());
 }
 
-int ComboBox::window_height(int height) const
+int ComboWindowHeight(HWND combo, int height)
 {
-    LRESULT item = hwnd_ ? SendMessageW(hwnd_, CB_GETITEMHEIGHT, 0, 0) : 0;
+    LRESULT item = combo ? SendMessageW(combo, CB_GETITEMHEIGHT, 0, 0) : 0;
     if (item <= 0 || item > 1000) item = 16;
     RECT r{};
-    if (hwnd_) GetWindowRect(hwnd_, &r);
+    if (combo) GetWindowRect(combo, &r);
     int field = r.bottom - r.top;
     int list = height > field ? height - field : static_cast<int>(item) * kListItems;
     return field + list;
 }
+
+int ComboBox::window_height(int height) const { return ComboWindowHeight(hwnd_, height); }
 
 void ComboBox::font_applied() { apply_placement(); }
 
@@ -134,6 +136,7 @@ bool ComboBox::on_command(WORD code, LRESULT &result)
     case CBN_SELCHANGE: fire(on_click); break;
     case CBN_EDITCHANGE: fire(on_change); break;
     case CBN_DBLCLK: fire(on_dbl_click); break;
+    case CBN_DROPDOWN: fire(on_drop_down); break;
     default: return false;
     }
     result = 0;

@@ -5,6 +5,7 @@
 //   on_click      the selection changed, by the user or through ListIndex or Text
 //   on_change     the text of the edit field changed, typed or written through Text
 //   on_dbl_click  a double click on a list that is always shown
+//   on_drop_down  the list is about to drop down (its button clicked, Alt+Down, F4)
 // Keys and the mouse over the edit field arrive as the combo box's own.
 #pragma once
 #include "runtime/windowed_constituent.h"
@@ -32,6 +33,8 @@ public:
     // A drop-down list takes only the text of one of its items.
     void SetText(const std::wstring &text);
 
+    std::function<void()> on_drop_down;
+
 protected:
     bool on_command(WORD code, LRESULT &result) override;
     int window_height(int height) const override;
@@ -41,5 +44,9 @@ protected:
 private:
     bool is_list() const;
 };
+
+// The window height a combo box (or a control that holds one) takes for a placement `height`
+// pixels high: its field, and below it the drop-down list, at least a few items long.
+int ComboWindowHeight(HWND combo, int height);
 
 } // namespace tarn

@@ -6,20 +6,9 @@
 
 namespace tarn {
 
-namespace {
-const wchar_t *updown_class()
-{
-    static const bool registered = [] {
-        INITCOMMONCONTROLSEX icc{sizeof icc, ICC_UPDOWN_CLASS};
-        return InitCommonControlsEx(&icc) != FALSE;
-    }();
-    (void)registered;
-    return UPDOWN_CLASSW;
-}
-} // namespace
-
 UpDown::UpDown(std::wstring name, float left, float top, float width, float height)
-    : WindowedConstituent(std::move(name), updown_class(), WS_VISIBLE | UDS_ARROWKEYS, 0, left, top, width, height)
+    : WindowedConstituent(std::move(name), CommonControlClass(ICC_UPDOWN_CLASS, UPDOWN_CLASSW),
+                          WS_VISIBLE | UDS_ARROWKEYS, 0, left, top, width, height)
 {
     if (hwnd_) SendMessageW(hwnd_, UDM_SETRANGE32, 0, 10);
 }

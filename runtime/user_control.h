@@ -285,13 +285,18 @@ protected:
     virtual std::wstring AccessibleValue() { return std::wstring(); }
     virtual std::wstring DefaultAction() { return std::wstring(); }
     virtual void DoDefaultAction() {}
-    // Parts the control draws that a user picks one by one (a tab strip's tabs), as simple
-    // accessible children numbered from 1 (accessible.h).
+    // Parts of the control as accessible children, numbered from 1 (accessible.h): those with
+    // an object of their own (a table's rows) give it from AccessibleChildObject; the others
+    // (a tab strip's tabs, which the control draws and a user picks one by one) are simple and
+    // described by AccessibleChild.
     virtual long AccessibleChildCount() { return 0; }
+    virtual ComPtr<IDispatch> AccessibleChildObject(long id) { return {}; }
     virtual bool AccessibleChild(long id, AccessibleElement &out) { return false; }
     virtual void DoChildDefaultAction(long id) {}
-    // The child that has the keyboard focus, or is selected (CHILDID_SELF: none).
-    virtual long AccessibleFocusedChild() { return CHILDID_SELF; }
+    // What has the keyboard focus where the control names it: a child's number (VT_I4) or a
+    // deeper object (VT_DISPATCH); false leaves it to the window's standard object.
+    virtual bool AccessibleFocus(VARIANT *out) { return false; }
+    // The child that is selected (CHILDID_SELF: none).
     virtual long AccessibleSelectedChild() { return CHILDID_SELF; }
     // Names for the values of property `id` when it is no enumeration (palette numbers, column
     // types): the General page and hosts' property browsers offer them. Empty: none.
@@ -424,9 +429,10 @@ private:
     std::wstring accessible_default_action() override;
     void accessible_do_default() override;
     long accessible_child_count() override { return AccessibleChildCount(); }
+    ComPtr<IDispatch> accessible_child_object(long id) override { return AccessibleChildObject(id); }
     bool accessible_child(long id, AccessibleElement &out) override { return AccessibleChild(id, out); }
     void accessible_child_do_default(long id) override { DoChildDefaultAction(id); }
-    long accessible_focused_child() override { return AccessibleFocusedChild(); }
+    bool accessible_focus(VARIANT *out) override { return AccessibleFocus(out); }
     long accessible_selected_child() override { return AccessibleSelectedChild(); }
     // The caption's Alt+mnemonic (command 0) and the control's own keys (command 1).
     std::vector<ACCEL> keys_claimed();

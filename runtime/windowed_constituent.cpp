@@ -21,6 +21,7 @@ namespace {
 
 constexpr wchar_t kHolderClass[] = L"TarnConstituentHolder";
 constexpr UINT_PTR kSubclassId = 0x54434E53; // "TCNS"
+constexpr UINT_PTR kWatchId = 0x54434E57;    // "TCNW": a part watched, not owned
 // The window property that names a window's constituent (its own window and its parts).
 constexpr wchar_t kConstituentProp[] = L"TarnConstituent";
 ATOM g_holder_class = 0;
@@ -419,7 +420,7 @@ LRESULT CALLBACK WindowedConstituent::subclass_proc(HWND hwnd, UINT msg, WPARAM 
                                                     DWORD_PTR ref)
 {
     if (msg == WM_NCDESTROY) {
-        RemovePropW(hwnd, kConstituentProp);
+        if (id == kSubclassId) RemovePropW(hwnd, kConstituentProp);
         RemoveWindowSubclass(hwnd, &WindowedConstituent::subclass_proc, id);
         return DefSubclassProc(hwnd, msg, wp, lp);
     }
@@ -440,6 +441,11 @@ LRESULT WindowedConstituent::on_message(HWND window, UINT msg, WPARAM wp, LPARAM
     if (keep_alive) step([&] { alive = keep_alive(); });
     LRESULT own = 0;
     if (window == hwnd_ && on_window_message(msg, wp, lp, own)) return own;
+    if (on_context_menu && context_menu(window, msg, wp, lp)) return 0;
+    // A part that has the focus hands some keys on to another part (a combo box's field and
+    // the combo box): the key was the constituent's once, where it arrived first.
+    if ((msg >= WM_KEYFIRST && msg <= WM_KEYLAST) && window != GetFocus() && within(GetFocus()))
+        return DefSubclassProc(window, msg, wp, lp);
     switch (msg) {
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
@@ -492,6 +498,35 @@ LRESULT WindowedConstituent::on_message(HWND window, UINT msg, WPARAM wp, LPARAM
         break;
     }
     return DefSubclassProc(window, msg, wp, lp);
+}
+
+bool WindowedConstituent::context_menu(HWND window, UINT msg, WPARAM wp, LPARAM lp)
+{
+    POINT p{0, 0};
+    switch (msg) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+        // Taken here, so the window's default handling asks for no second menu.
+        if (wp != VK_APPS && !(wp == VK_F10 && GetKeyState(VK_SHIFT) < 0)) return false;
+        break;
+    case WM_RBUTTONUP:
+        p = POINT{GET_X_LPARAM(lp), GET_Y_LPARAM(lp)};
+        if (window != hwnd_) MapWindowPoints(window, hwnd_, &p, 1);
+        on_mouse(window, msg, wp, lp);
+        break;
+    case WM_CONTEXTMENU:
+        if (lp != -1) {
+            p = POINT{GET_X_LPARAM(lp), GET_Y_LPARAM(lp)};
+            ScreenToClient(hwnd_, &p);
+        }
+        break;
+    default:
+        return false;
+    }
+    Scale s = screen_scale();
+    float x = to_twips_x(p.x, s), y = to_twips_y(p.y, s);
+    step([&] { on_context_menu(x, y); });
+    return true;
 }
 
 void WindowedConstituent::on_mouse(HWND window, UINT msg, WPARAM wp, LPARAM lp)
@@ -559,6 +594,16 @@ void WindowedConstituent::on_mouse(HWND window, UINT msg, WPARAM wp, LPARAM lp)
     }
 }
 
+void WindowedConstituent::watch_part(HWND part)
+{
+    if (part) SetWindowSubclass(part, &WindowedConstituent::subclass_proc, kWatchId, reinterpret_cast<DWORD_PTR>(this));
+}
+
+void WindowedConstituent::unwatch_part(HWND part)
+{
+    if (part && IsWindow(part)) RemoveWindowSubclass(part, &WindowedConstituent::subclass_proc, kWatchId);
+}
+
 void WindowedConstituent::subclass_part(HWND part)
 {
     if (!part) return;
@@ -594,6 +639,13 @@ HBRUSH ColoredConstituent::paint_colors(HDC dc)
     SetBkColor(dc, back);
     SetTextColor(dc, IsWindowEnabled(hwnd_) ? fore : GetSysColor(COLOR_GRAYTEXT));
     return brush_.get();
+}
+
+const wchar_t *CommonControlClass(DWORD icc, const wchar_t *class_name)
+{
+    INITCOMMONCONTROLSEX init{sizeof init, icc};
+    InitCommonControlsEx(&init); // cheap once done; a failure shows as no window
+    return class_name;
 }
 
 bool WindowWithin(HWND root, HWND window)

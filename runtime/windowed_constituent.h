@@ -86,6 +86,10 @@ public:
     KeyHandler on_key_down, on_key_up;
     std::function<void(int16_t &key_ascii)> on_key_press;
     MouseHandler on_mouse_down, on_mouse_move, on_mouse_up;
+    // The user asks for the constituent's context menu: a right-button release in it, the
+    // context-menu key or Shift+F10. X and Y in twips relative to the constituent (from the
+    // keyboard: its top-left corner). Set, it takes those inputs from the window.
+    std::function<void(float x, float y)> on_context_menu;
     // The pointer shown over the window; null (or no handler) leaves it to the window.
     std::function<HCURSOR()> cursor;
 
@@ -134,6 +138,10 @@ protected:
     // Also routes the keys, mouse and focus of `part` (a child window of the kind's own, such
     // as a combo box's edit field) through this constituent.
     void subclass_part(HWND part);
+    // The same for a window that belongs to someone else inside this constituent's window (a
+    // nested control's parts): its keys, mouse and focus are seen first, without claiming it.
+    void watch_part(HWND part);
+    void unwatch_part(HWND part);
 
     // Sets the DC's colours for painting the window and returns its background brush; null
     // for kinds without colours of their own (the system's colours then apply).
@@ -162,6 +170,7 @@ private:
     static LRESULT CALLBACK subclass_proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR id, DWORD_PTR ref);
     LRESULT on_message(HWND window, UINT msg, WPARAM wp, LPARAM lp);
     void on_mouse(HWND window, UINT msg, WPARAM wp, LPARAM lp);
+    bool context_menu(HWND window, UINT msg, WPARAM wp, LPARAM lp);
     void apply_font();
     void watch_font();
     void unwatch_font();
@@ -202,6 +211,9 @@ private:
 // True when `window` is `root`, one of its descendants, or a pop-up owned by one of them (a
 // combo box's drop-down list).
 bool WindowWithin(HWND root, HWND window);
+
+// The window class of a common control, its classes `icc` (ICC_*) registered first.
+const wchar_t *CommonControlClass(DWORD icc, const wchar_t *class_name);
 
 // Removes the holder's window class when the DLL unloads.
 void UnregisterHolderWindowClass();

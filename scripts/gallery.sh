@@ -25,4 +25,6 @@ unset DISPLAY
 tarn_wine_prefix
 $WINE64 regsvr32 /s "$dll" || { echo "gallery: registration failed"; exit 1; }
 $WINE64 build/x64/bin/gallery.exe --png "$(winpath build)\\gallery.png" || exit 1
-echo "gallery: wrote $tarn_root/build/gallery.png"
+mkdir -p build/gallery-editors
+$WINE64 build/x64/bin/gallery.exe --editors "$(winpath build/gallery-editors)" || exit 1
+echo "gallery: wrote $tarn_root/build/gallery.png and the editors' pictures in build/gallery-editors/"

@@ -162,17 +162,13 @@ TEST_F(GridModelTest, ColumnChangesRaiseNoChangeTheLastColumnIsClearedAndTypesCo
     EXPECT_EQ(1, grid.ColsCurrent());
     EXPECT_EQ(L"1:0", grid.CellTextRead(1, 0));
 
-    // Column types are kept for the indexes 0 to 10000 and pick the editor BoxShow opens.
+    // Column types are kept for the indexes 0 to 10000.
     grid.ColTypeSet(10000, kColCheck);
     grid.ColTypeSet(10001, kColDate);
     grid.ColTypeSet(-1, kColDate);
     EXPECT_EQ(L"3", grid.ColTypeRead(10000));
     EXPECT_EQ(L"", grid.ColTypeRead(10001));
     EXPECT_EQ(L"", grid.ColTypeRead(-1));
-    EXPECT_EQ(CellEditor::kCheck, grid.EditorFor(10000));
-    EXPECT_EQ(CellEditor::kText, grid.EditorFor(10001));
-    grid.ColTypeSet(1, 7); // a code without an editor
-    EXPECT_EQ(CellEditor::kNone, grid.EditorFor(1));
 }
 
 TEST_F(GridModelTest, CellSettersMoveTheCurrentCellReadsAndOutsideAddressesDoNotAndOnlyAcceptedValuesApply)

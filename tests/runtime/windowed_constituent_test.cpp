@@ -19,6 +19,7 @@
 #include "runtime/up_down.h"
 #include "support/control_test.h"
 #include "support/resource_counts.h"
+#include "support/test_factory.h"
 
 using namespace tarn;
 using namespace tarn::test;
@@ -446,27 +447,16 @@ const ControlClass Composite::Class = {
     OLEMISC_RECOMPOSEONRESIZE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST,
     &Composite::Create};
 
-class Factory final : public IClassFactory {
-public:
-    STDMETHODIMP QueryInterface(REFIID riid, void **ppv) override
-    {
-        *ppv = riid == IID_IUnknown || riid == IID_IClassFactory ? static_cast<IClassFactory *>(this) : nullptr;
-        return *ppv ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP CreateInstance(IUnknown *, REFIID riid, void **ppv) override { return Composite::Create(riid, ppv); }
-    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
-} g_factory;
+TestFactory<Composite> g_factory;
 
 class InAControl : public ControlTest {
 protected:
     static void SetUpTestSuite()
     {
         module::set_instance(GetModuleHandleW(nullptr));
-        CoRegisterClassObject(CLSID_Composite, &g_factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
+        g_factory.register_class(CLSID_Composite);
     }
-    static void TearDownTestSuite() { CoRevokeClassObject(cookie_); }
+    static void TearDownTestSuite() { g_factory.revoke(); }
 
     Composite &place_composite()
     {
@@ -475,7 +465,6 @@ protected:
         return *Composite::last;
     }
     Hosted *hosted = nullptr;
-    static inline DWORD cookie_ = 0;
 };
 
 } // namespace
