@@ -60,10 +60,10 @@ bool sizing(DWORD thread)
 }
 
 // Waits up to two seconds for `done`, the time a loaded machine may take to start the loop.
-template <class F> bool wait_for(F &&done)
+template <class F> bool wait_for(F &&done, DWORD ms = 2000)
 {
     for (DWORD start = GetTickCount(); !done(); Sleep(5))
-        if (GetTickCount() - start > 2000) return false;
+        if (GetTickCount() - start > ms) return false;
     return true;
 }
 
@@ -82,7 +82,20 @@ DWORD WINAPI hand(void *param)
     send(d.from.x, d.from.y, 0);
     send(d.from.x, d.from.y, MOUSEEVENTF_LEFTDOWN);
     d.by_the_system = wait_for([&] { return sizing(d.ui); });
-    for (int i = 1; i <= 4; ++i) send(d.from.x + d.dx * i / 4, d.from.y + d.dy * i / 4, 0);
+    // The window the loop sizes, as it is now: each move is let in before the next, so a loaded
+    // machine cannot have the release end the loop ahead of moves it has not yet taken.
+    auto sized = [&] {
+        GUITHREADINFO g{};
+        g.cbSize = sizeof g;
+        RECT r{};
+        if (GetGUIThreadInfo(d.ui, &g) && g.hwndMoveSize) GetWindowRect(g.hwndMoveSize, &r);
+        return r;
+    };
+    for (int i = 1; i <= 4; ++i) {
+        RECT was = sized();
+        send(d.from.x + d.dx * i / 4, d.from.y + d.dy * i / 4, 0);
+        wait_for([&] { RECT r = sized(); return !EqualRect(&r, &was); }, 500); // a bounded move changes nothing
+    }
     send(d.from.x + d.dx, d.from.y + d.dy, MOUSEEVENTF_LEFTUP);
     return 0;
 }
